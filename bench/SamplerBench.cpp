@@ -1,0 +1,38 @@
+#include "BenchMain.h"
+
+#include "samplers/CPUMonitor.h"
+#include "samplers/MemoryMonitor.h"
+
+using namespace lumetra;
+
+namespace {
+
+// One fast-tick's worth of CPU and memory sampling on the live machine.
+void BM_CPUAndMemoryReading(benchmark::State& state) {
+    CPUMonitor cpu;
+    MemoryMonitor memory;
+    for (auto _ : state) {
+        benchmark::DoNotOptimize(cpu.currentUsage());
+        benchmark::DoNotOptimize(memory.currentSnapshot());
+        benchmark::DoNotOptimize(memory.pressure());
+    }
+}
+LUMETRA_BENCHMARK(BM_CPUAndMemoryReading);
+
+void BM_CPUReading(benchmark::State& state) {
+    CPUMonitor cpu;
+    for (auto _ : state)
+        benchmark::DoNotOptimize(cpu.currentUsage());
+}
+LUMETRA_BENCHMARK(BM_CPUReading);
+
+void BM_MemoryReading(benchmark::State& state) {
+    MemoryMonitor memory;
+    for (auto _ : state) {
+        benchmark::DoNotOptimize(memory.currentSnapshot());
+        benchmark::DoNotOptimize(memory.pressure());
+    }
+}
+LUMETRA_BENCHMARK(BM_MemoryReading);
+
+} // namespace

@@ -1,0 +1,10 @@
+#include "model/SystemMetrics.h"
+
+namespace lumetra {
+
+const SystemMetrics& SystemMetrics::empty() {
+    static const SystemMetrics record{};
+    return record;
+}
+
+} // namespace lumetra

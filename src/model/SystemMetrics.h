@@ -1,0 +1,38 @@
+#pragma once
+
+#include "model/Instant.h"
+#include "model/MemoryPressureLevel.h"
+#include "model/TemperatureAvailability.h"
+#include "model/ThermalState.h"
+
+#include <QMetaType>
+
+#include <cstdint>
+#include <optional>
+
+namespace lumetra {
+
+// One complete reading of the machine: the record every view reads.
+struct SystemMetrics {
+    Instant timestamp = kDistantPast;
+    double cpuUsage = 0;
+    std::uint64_t memoryUsed = 0;
+    std::uint64_t memoryTotal = 0;
+    double memoryPercentage = 0;
+    MemoryPressureLevel memoryPressure = MemoryPressureLevel::normal;
+    std::optional<double> temperature;
+    ThermalState thermalState = ThermalState::nominal;
+    TemperatureAvailability temperatureAvailability = TemperatureAvailability::unavailable;
+    double downloadBytesPerSecond = 0;
+    double uploadBytesPerSecond = 0;
+
+    // Field by field; doubles by ordinary comparison, so a NaN makes two records unequal.
+    bool operator==(const SystemMetrics&) const = default;
+
+    // The record before the first sample arrives.
+    static const SystemMetrics& empty();
+};
+
+} // namespace lumetra
+
+Q_DECLARE_METATYPE(lumetra::SystemMetrics)

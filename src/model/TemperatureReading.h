@@ -1,0 +1,20 @@
+#pragma once
+
+#include "model/TemperatureAvailability.h"
+#include "model/ThermalState.h"
+
+#include <optional>
+
+namespace lumetra {
+
+// One temperature reading: the mean of the plausible die sensors, if any, with the thermal
+// state taken at the start of the reading.
+struct TemperatureReading {
+    std::optional<double> temperature;
+    ThermalState thermalState = ThermalState::nominal;
+    TemperatureAvailability availability = TemperatureAvailability::unavailable;
+
+    bool operator==(const TemperatureReading&) const = default;
+};
+
+} // namespace lumetra

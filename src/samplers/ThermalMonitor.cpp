@@ -11,4 +11,10 @@ std::future<TemperatureReading> ThermalMonitor::currentReading() {
     return executor_.submit([provider = provider_] { return provider->currentReading(); });
 }
 
+void ThermalMonitor::requestReading(std::function<void(const TemperatureReading&)> done) {
+    executor_.post([provider = provider_, done = std::move(done)] {
+        done(provider->currentReading());
+    });
+}
+
 } // namespace lumetra

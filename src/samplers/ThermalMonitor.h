@@ -3,6 +3,7 @@
 #include "samplers/SerialExecutor.h"
 #include "samplers/TemperatureProviding.h"
 
+#include <functional>
 #include <future>
 #include <memory>
 
@@ -16,6 +17,9 @@ public:
 
     // Hands the call to the provider on the thermal thread; the result is unchanged.
     std::future<TemperatureReading> currentReading();
+
+    // The same reading, handed to `done` on the thermal thread when it is ready.
+    void requestReading(std::function<void(const TemperatureReading&)> done);
 
 private:
     std::shared_ptr<TemperatureProviding> provider_;

@@ -1,0 +1,61 @@
+#pragma once
+
+#include "core/MetricsSink.h"
+#include "samplers/CPUProviding.h"
+#include "samplers/DiskProviding.h"
+#include "samplers/MemoryProviding.h"
+#include "samplers/NetworkProviding.h"
+#include "samplers/SerialExecutor.h"
+#include "samplers/ThermalMonitor.h"
+
+#include <QPointer>
+#include <QThread>
+
+#include <memory>
+
+namespace lumetra {
+
+class SchedulerWorker;
+
+// The providers a scheduler samples.
+struct MonitoringProviders {
+    std::shared_ptr<CPUProviding> cpu;
+    std::shared_ptr<MemoryProviding> memory;
+    std::shared_ptr<NetworkProviding> network;
+    std::shared_ptr<ThermalMonitor> thermal;
+    std::shared_ptr<DiskProviding> disk;
+};
+
+// Runs the two sampling loops on a thread of its own:
+//  - the fast loop reads CPU, memory with pressure and network every update interval;
+//  - the slow loop reads temperature and disks every temperature interval, the two
+//    concurrently (temperature on the thermal monitor's thread, disks on a disk thread).
+// Each loop samples first, then sleeps the interval read at that moment, so the first values
+// arrive at once and an interval change applies from the next sleep. Stopping cancels a
+// sleeping loop at once and keeps the CPU and network baselines, so the first tick after a
+// restart measures over the whole pause. Results reach the sink as values, on its thread.
+//
+// All public functions are called from the owner's thread and only post to the loop thread.
+class MonitoringScheduler {
+public:
+    MonitoringScheduler(MonitoringProviders providers, double updateInterval,
+                        double temperatureInterval);
+    ~MonitoringScheduler(); // ends both loops and joins the thread
+    MonitoringScheduler(const MonitoringScheduler&) = delete;
+    MonitoringScheduler& operator=(const MonitoringScheduler&) = delete;
+
+    // Held weakly: a sink that has gone silently discards results.
+    void setSink(MetricsSink* sink);
+    void start(); // idempotent
+    void stop();
+    void setUpdateInterval(double seconds);
+    void setTemperatureInterval(double seconds);
+    // One disk reading outside the slow loop, running or not.
+    void refreshDiskVolumes();
+
+private:
+    QThread thread_;
+    SchedulerWorker* worker_; // lives on thread_, deleted there
+};
+
+} // namespace lumetra

@@ -1,0 +1,29 @@
+#include "format/LevelColor.h"
+
+namespace lumetra {
+
+LevelColor levelColor(std::optional<double> percentage) {
+    if (!percentage)
+        return LevelColor::secondary;
+    if (*percentage < 75)
+        return LevelColor::accent;
+    if (*percentage < 90)
+        return LevelColor::orange;
+    return LevelColor::red; // NaN lands here too: an impossible reading should stand out
+}
+
+std::string_view caseName(LevelColor color) {
+    switch (color) {
+    case LevelColor::secondary:
+        return "secondary";
+    case LevelColor::accent:
+        return "accent";
+    case LevelColor::orange:
+        return "orange";
+    case LevelColor::red:
+        return "red";
+    }
+    return "secondary";
+}
+
+} // namespace lumetra

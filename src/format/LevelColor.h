@@ -1,0 +1,17 @@
+#pragma once
+
+#include <optional>
+#include <string_view>
+
+namespace lumetra {
+
+// The colour of a level, shared by the menu bar and the cards: no value → secondary; below
+// 75 → accent; below 90 → orange; else red.
+enum class LevelColor { secondary, accent, orange, red };
+
+LevelColor levelColor(std::optional<double> percentage);
+
+// "secondary", "accent", "orange", "red".
+std::string_view caseName(LevelColor color);
+
+} // namespace lumetra

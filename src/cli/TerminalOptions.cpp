@@ -1,0 +1,128 @@
+#include "cli/TerminalOptions.h"
+
+#include <QFileInfo>
+
+namespace lumetra {
+
+namespace {
+
+std::optional<OutputFormat> formatFromName(const QString& name) {
+    if (name == QLatin1String("text"))
+        return OutputFormat::text;
+    if (name == QLatin1String("json"))
+        return OutputFormat::json;
+    if (name == QLatin1String("waybar"))
+        return OutputFormat::waybar;
+    if (name == QLatin1String("i3bar"))
+        return OutputFormat::i3bar;
+    return std::nullopt;
+}
+
+TerminalOptionsParse failure(const QString& message) {
+    return {std::nullopt, message + QStringLiteral("\nTry 'lumetra --help' for more information.")};
+}
+
+} // namespace
+
+TerminalOptionsParse parseTerminalOptions(const QStringList& arguments) {
+    TerminalOptions options;
+    bool formatGiven = false;
+    bool rootGiven = false;
+    for (qsizetype i = 0; i < arguments.size(); ++i) {
+        QString argument = arguments[i];
+        QString value;
+        bool hasInlineValue = false;
+        if (argument.startsWith(QLatin1String("--")) && argument.contains(u'=')) {
+            value = argument.section(u'=', 1);
+            argument = argument.section(u'=', 0, 0);
+            hasInlineValue = true;
+        }
+        auto takeValue = [&]() -> std::optional<QString> {
+            if (hasInlineValue)
+                return value;
+            if (i + 1 >= arguments.size())
+                return std::nullopt;
+            return arguments[++i];
+        };
+
+        if (argument == QLatin1String("--help") || argument == QLatin1String("-h")) {
+            options.action = TerminalOptions::Action::help;
+            return {options, {}};
+        }
+        if (argument == QLatin1String("--version") || argument == QLatin1String("-v")) {
+            options.action = TerminalOptions::Action::version;
+            return {options, {}};
+        }
+        if (hasInlineValue && argument != QLatin1String("--format") &&
+            argument != QLatin1String("--root"))
+            return failure(QStringLiteral("lumetra: option '%1' takes no value").arg(argument));
+
+        if (argument == QLatin1String("--print") || argument == QLatin1String("--watch")) {
+            const auto action = argument == QLatin1String("--print")
+                                    ? TerminalOptions::Action::print
+                                    : TerminalOptions::Action::watch;
+            if (options.action != TerminalOptions::Action::runPanel && options.action != action)
+                return failure(QStringLiteral("lumetra: --print and --watch exclude each other"));
+            options.action = action;
+        } else if (argument == QLatin1String("--format")) {
+            const auto name = takeValue();
+            if (!name)
+                return failure(QStringLiteral("lumetra: option '--format' needs a value: "
+                                              "text, json, waybar or i3bar"));
+            const auto format = formatFromName(*name);
+            if (!format)
+                return failure(QStringLiteral("lumetra: unknown format '%1' (expected text, "
+                                              "json, waybar or i3bar)")
+                                   .arg(*name));
+            options.format = *format;
+            formatGiven = true;
+        } else if (argument == QLatin1String("--root")) {
+            const auto root = takeValue();
+            if (!root || root->isEmpty())
+                return failure(QStringLiteral("lumetra: option '--root' needs a directory"));
+            if (!QFileInfo(*root).isDir())
+                return failure(
+                    QStringLiteral("lumetra: --root '%1' is not a directory").arg(*root));
+            options.root = *root;
+            rootGiven = true;
+        } else if (argument == QLatin1String("--settings")) {
+            options.showSettings = true;
+        } else {
+            return failure(QStringLiteral("lumetra: unknown option '%1'").arg(arguments[i]));
+        }
+    }
+    // --format and --root only make sense for the terminal mode: they imply --watch.
+    if ((formatGiven || rootGiven) && options.action == TerminalOptions::Action::runPanel)
+        options.action = TerminalOptions::Action::watch;
+    if (options.showSettings && options.action != TerminalOptions::Action::runPanel)
+        return failure(QStringLiteral("lumetra: --settings opens the panel app's settings and "
+                                      "cannot be combined with --print or --watch"));
+    return {options, {}};
+}
+
+QString terminalUsage() {
+    return QStringLiteral(
+        "Usage: lumetra [--settings]\n"
+        "       lumetra --print [--format FORMAT] [--root DIR]\n"
+        "       lumetra --watch [--format FORMAT] [--root DIR]\n"
+        "\n"
+        "A lightweight system monitor that lives in your menu bar.\n"
+        "\n"
+        "Without options lumetra starts its panel item. With no display (neither DISPLAY\n"
+        "nor WAYLAND_DISPLAY set) it runs --watch instead.\n"
+        "\n"
+        "  --print          print one label line and exit (two readings one update\n"
+        "                   interval apart, so CPU and network rates are real)\n"
+        "  --watch          print a line every update interval until interrupted\n"
+        "  --format FORMAT  text (default), json, waybar or i3bar\n"
+        "  --root DIR       read DIR/proc and DIR/sys instead of /proc and /sys\n"
+        "                   (a host's trees mounted into a container, or a saved tree)\n"
+        "  --settings       open the settings window of the panel app\n"
+        "  -h, --help       show this help and exit\n"
+        "  -v, --version    show the version and exit\n"
+        "\n"
+        "The label follows your settings (~/.config/lumetra/settings.json), and a change\n"
+        "there shows on the next line.\n");
+}
+
+} // namespace lumetra

@@ -8,6 +8,7 @@
 #include <fcntl.h>
 #include <linux/magic.h>
 #include <poll.h>
+#include <pthread.h>
 #include <sys/eventfd.h>
 #include <sys/vfs.h>
 #include <unistd.h>
@@ -62,15 +63,17 @@ PressureWatcher::PressureWatcher(std::vector<PressureTrigger> triggers, EventHan
                                  LossHandler onLost)
     : triggers_(std::move(triggers)), onEvent_(std::move(onEvent)), onLost_(std::move(onLost)),
       wakeFd_(::eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK)) {
-    thread_.reset(QThread::create([this] { run(); }));
-    thread_->setObjectName(threadName());
-    thread_->start();
+    thread_ = std::thread([this] {
+        // The kernel keeps 15 characters of a name: "memory-pressure" is the telling tail.
+        ::pthread_setname_np(::pthread_self(), threadName().right(15).toUtf8().constData());
+        run();
+    });
 }
 
 PressureWatcher::~PressureWatcher() {
     const std::uint64_t one = 1;
     [[maybe_unused]] const auto written = ::write(wakeFd_, &one, sizeof one);
-    thread_->wait();
+    thread_.join();
     for (const PressureTrigger& trigger : triggers_)
         ::close(trigger.fd);
     ::close(wakeFd_);

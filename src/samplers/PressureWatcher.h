@@ -2,11 +2,12 @@
 
 #include "samplers/PressureLevelRule.h"
 
-#include <QThread>
+#include <QString>
 
 #include <functional>
 #include <memory>
 #include <string>
+#include <thread>
 #include <vector>
 
 namespace lumetra {
@@ -47,7 +48,7 @@ private:
     EventHandler onEvent_;
     LossHandler onLost_;
     int wakeFd_ = -1;
-    std::unique_ptr<QThread> thread_;
+    std::thread thread_;
 };
 
 } // namespace lumetra

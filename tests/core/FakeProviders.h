@@ -77,7 +77,7 @@ struct FakeDisk : DiskProviding {
 
 // Runs the event loop until `predicate` holds or `timeoutMs` passes.
 template <typename Predicate>
-bool processEventsUntil(Predicate predicate, int timeoutMs = 3000) {
+bool processEventsUntil(Predicate predicate, int timeoutMs = 10000) {
     QElapsedTimer timer;
     timer.start();
     while (!predicate()) {

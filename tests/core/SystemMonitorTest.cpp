@@ -236,7 +236,7 @@ TEST(MonitoringSchedulerTest, WithoutSinkTicksAreDroppedButBaselinesAdvance) {
     const int callsBefore = network->samples.calls();
     scheduler->setSink(monitor.get());
     scheduler->start();
-    ASSERT_TRUE(processEventsUntil([&] { return monitor->cpuHistory().elements().size() == 1; }));
+    ASSERT_TRUE(processEventsUntil([&] { return !monitor->cpuHistory().elements().empty(); }));
     EXPECT_GT(callsBefore, 1);
     EXPECT_DOUBLE_EQ(monitor->metrics().downloadBytesPerSecond, 500);
     scheduler.reset();

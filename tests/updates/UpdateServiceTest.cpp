@@ -6,8 +6,6 @@
 
 #include <gtest/gtest.h>
 
-#include <mutex>
-
 using namespace lumetra;
 using namespace std::chrono_literals;
 
@@ -274,36 +272,20 @@ TEST(UpdateServiceTest, DownloadOpensTheDownloadURLAndLaterDoesNothing) {
     }
 }
 
-// Collects what goes to the settings category while installed.
-class LogCapture {
-public:
-    LogCapture() {
-        std::lock_guard lock(mutex());
-        lines() = {};
-        previous_ = qInstallMessageHandler(&LogCapture::handle);
-    }
-    ~LogCapture() { qInstallMessageHandler(previous_); }
-    std::vector<std::pair<QtMsgType, QString>> settingsLines() const {
-        std::lock_guard lock(mutex());
-        return lines();
-    }
+// What went to the settings category while a capture was installed (main thread only).
+std::vector<std::pair<QtMsgType, QString>> gSettingsLines;
 
-private:
-    static void handle(QtMsgType type, const QMessageLogContext& context, const QString& text) {
-        if (QByteArray(context.category) != "io.lumetra.Lumetra.settings")
-            return;
-        std::lock_guard lock(mutex());
-        lines().emplace_back(type, text);
+struct LogCapture {
+    LogCapture() {
+        gSettingsLines.clear();
+        previous = qInstallMessageHandler(
+            [](QtMsgType type, const QMessageLogContext& context, const QString& text) {
+                if (QByteArray(context.category) == "io.lumetra.Lumetra.settings")
+                    gSettingsLines.emplace_back(type, text);
+            });
     }
-    static std::mutex& mutex() {
-        static std::mutex m;
-        return m;
-    }
-    static std::vector<std::pair<QtMsgType, QString>>& lines() {
-        static std::vector<std::pair<QtMsgType, QString>> l;
-        return l;
-    }
-    QtMessageHandler previous_;
+    ~LogCapture() { qInstallMessageHandler(previous); }
+    QtMessageHandler previous;
 };
 
 TEST(UpdateServiceTest, FailureIsLoggedForAutomaticAndManualChecks) {
@@ -312,7 +294,7 @@ TEST(UpdateServiceTest, FailureIsLoggedForAutomaticAndManualChecks) {
         Harness h;
         h.service.checkForUpdates(userInitiated);
         h.checker.answer(0, kOffline);
-        const auto lines = capture.settingsLines();
+        const auto& lines = gSettingsLines;
         ASSERT_EQ(lines.size(), 1u);
         EXPECT_EQ(lines[0].first, QtCriticalMsg);
         EXPECT_EQ(lines[0].second,

@@ -116,6 +116,7 @@ std::vector<HwmonSensor> scanHwmon(const KernelRoots& roots) {
         for (const auto& [channel, input] : numberedEntries(directory, "temp", "_input")) {
             HwmonSensor sensor;
             sensor.chip = chip;
+            sensor.device = entry.filename().string();
             sensor.label =
                 readAttribute((directory / ("temp" + std::to_string(channel) + "_label")).string());
             sensor.key = chip + "/" +
@@ -131,7 +132,8 @@ std::vector<HwmonSensor> scanHwmon(const KernelRoots& roots) {
         sensor.chip = readAttribute((zone / "type").string());
         if (sensor.chip.empty())
             continue;
-        sensor.key = sensor.chip + "/" + zone.filename().string();
+        sensor.device = zone.filename().string();
+        sensor.key = sensor.chip + "/" + sensor.device;
         sensor.inputPath = (zone / "temp").string();
         sensor.thermalZone = true;
         sensors.push_back(std::move(sensor));
@@ -157,9 +159,9 @@ void HwmonKeyReader::index() {
     for (std::size_t i = 0; i < sensors_.size(); ++i) {
         HwmonSensor& sensor = sensors_[i];
         // Two chips of one driver with the same labels (a dual-socket machine): the later
-        // one's keys carry their position so that every key names one sensor.
+        // one's keys name their device so that every key names one sensor.
         if (byKey_.contains(sensor.key))
-            sensor.key += " #" + std::to_string(i);
+            sensor.key += " (" + sensor.device + ")";
         byKey_.emplace(sensor.key, i);
         inputs_.push_back(std::make_unique<KernelFile>(sensor.inputPath, 64));
     }
@@ -203,21 +205,17 @@ HwmonKeyReader::candidateGroups(std::span<const std::string_view> smcKeys) const
 
     // AMD: Tdie where the driver reports it (Tctl then carries a fan-curve offset), else
     // Tctl; plus every CCD die.
-    std::vector<std::string> amdGroup;
-    for (std::size_t i = 0; i < sensors_.size(); ++i) {
-        const HwmonSensor& sensor = sensors_[i];
-        if (sensor.chip != "k10temp" && sensor.chip != "zenpower")
-            continue;
+    const auto isAMD = [](const HwmonSensor& s) {
+        return s.chip == "k10temp" || s.chip == "zenpower";
+    };
+    addGroup([&](const HwmonSensor& sensor) {
+        if (!isAMD(sensor))
+            return false;
         const bool chipHasTdie = std::any_of(sensors_.begin(), sensors_.end(), [&](const auto& s) {
-            return s.inputPath.substr(0, s.inputPath.rfind('/')) ==
-                       sensor.inputPath.substr(0, sensor.inputPath.rfind('/')) &&
-                   s.label == "Tdie";
+            return isAMD(s) && s.device == sensor.device && s.label == "Tdie";
         });
-        if (sensor.label == (chipHasTdie ? "Tdie" : "Tctl") || sensor.label.starts_with("Tccd"))
-            amdGroup.push_back(sensor.key);
-    }
-    if (!amdGroup.empty())
-        groups.push_back(std::move(amdGroup));
+        return sensor.label == (chipHasTdie ? "Tdie" : "Tctl") || sensor.label.starts_with("Tccd");
+    });
 
     addGroup([](const HwmonSensor& s) {
         return s.thermalZone &&

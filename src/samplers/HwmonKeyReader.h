@@ -15,9 +15,10 @@ namespace lumetra {
 
 // One temperature input the kernel exposes: an hwmon channel or a thermal zone.
 struct HwmonSensor {
-    std::string key;   // "<chip name>/<label>", "<chip name>/tempN", or "<zone type>/<zone>"
-    std::string chip;  // the hwmon chip's name, or the thermal zone's type
-    std::string label; // tempN_label; empty when the channel has none (and for zones)
+    std::string key;    // "<chip name>/<label>", "<chip name>/tempN", or "<zone type>/<zone>"
+    std::string chip;   // the hwmon chip's name, or the thermal zone's type
+    std::string label;  // tempN_label; empty when the channel has none (and for zones)
+    std::string device; // "hwmon3" or "thermal_zone0": tells apart chips of one driver
     std::string inputPath;
     std::string smcKey; // macsmc_hwmon: the SMC key the device tree names for this channel
     bool thermalZone = false;

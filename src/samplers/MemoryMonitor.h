@@ -15,8 +15,8 @@ namespace lumetra {
 // Memory use from /proc/meminfo and the pressure level from PSI.
 class MemoryMonitor final : public MemoryProviding {
 public:
-    using TriggerArming =
-        std::function<std::vector<PressureTrigger>(const std::string& path, std::string& whyNot)>;
+    using TriggerArming = std::function<std::vector<PressureTrigger>(const std::string& path,
+                                                                     std::string& whyNot)>;
     using SteadyClock = std::function<PressureLevelRule::Clock::time_point()>;
 
     struct Options {

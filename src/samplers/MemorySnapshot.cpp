@@ -30,8 +30,9 @@ enum Field {
 };
 
 constexpr std::array<std::string_view, fieldCount> kFieldNames{
-    "MemTotal", "MemFree",  "MemAvailable", "Buffers",    "Cached",      "SReclaimable", "Shmem",
-    "Active",   "Inactive", "Unevictable",  "SUnreclaim", "KernelStack", "PageTables",   "Zswap"};
+    "MemTotal",    "MemFree",     "MemAvailable", "Buffers",    "Cached",
+    "SReclaimable", "Shmem",      "Active",       "Inactive",   "Unevictable",
+    "SUnreclaim",  "KernelStack", "PageTables",   "Zswap"};
 
 using Values = std::array<std::optional<std::uint64_t>, fieldCount>;
 

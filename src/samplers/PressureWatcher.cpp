@@ -51,8 +51,7 @@ std::vector<PressureTrigger> armPressureTriggers(const std::string& path, std::s
         ::close(warning);
         return {};
     }
-    return {{warning, PressureEvent::warning, POLLPRI},
-            {critical, PressureEvent::critical, POLLPRI}};
+    return {{warning, PressureEvent::warning, POLLPRI}, {critical, PressureEvent::critical, POLLPRI}};
 }
 
 QString PressureWatcher::threadName() {

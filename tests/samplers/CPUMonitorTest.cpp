@@ -44,7 +44,8 @@ INSTANTIATE_TEST_SUITE_P(
         ParseCase{"Garbage", "cpu  1 x 3 4\n", std::nullopt},
         ParseCase{"NegativeNumber", "cpu  1 -2 3 4\n", std::nullopt},
         ParseCase{"Overflow", "cpu  99999999999999999999 1 1 1\n", std::nullopt},
-        ParseCase{"Empty", "", std::nullopt}, ParseCase{"Binary", "\x01\x02\xff", std::nullopt}),
+        ParseCase{"Empty", "", std::nullopt},
+        ParseCase{"Binary", "\x01\x02\xff", std::nullopt}),
     [](const auto& info) { return std::string(info.param.name); });
 
 struct UsageCase {

@@ -75,8 +75,8 @@ TEST_P(MeminfoParseTest, HandlesRealWorldVariants) {
 INSTANTIATE_TEST_SUITE_P(
     Variants, MeminfoParseTest,
     ::testing::Values(
-        ParseCase{"AnyLineOrder", "MemAvailable: 30 kB\nFoo: 1 kB\nMemTotal: 100 kB\n", 70 * kKiB,
-                  MeminfoError::none},
+        ParseCase{"AnyLineOrder", "MemAvailable: 30 kB\nFoo: 1 kB\nMemTotal: 100 kB\n",
+                  70 * kKiB, MeminfoError::none},
         ParseCase{"NoTotal", "MemFree: 10 kB\nMemAvailable: 30 kB\n", std::nullopt,
                   MeminfoError::noTotal},
         ParseCase{"NoAvailableNorFree", "MemTotal: 100 kB\nCached: 30 kB\n", std::nullopt,
@@ -85,13 +85,14 @@ INSTANTIATE_TEST_SUITE_P(
                   100 * kKiB, MeminfoError::none},
         ParseCase{"EstimateAboveTotalClamps", "MemTotal: 100 kB\nMemFree: 90 kB\nCached: 90 kB\n",
                   0, MeminfoError::none},
-        ParseCase{"SixtyFourTerabytes", "MemTotal: 68719476736 kB\nMemAvailable: 34359738368 kB\n",
+        ParseCase{"SixtyFourTerabytes",
+                  "MemTotal: 68719476736 kB\nMemAvailable: 34359738368 kB\n",
                   34359738368ull * kKiB, MeminfoError::none},
         ParseCase{"KilobytesThatOverflowSaturate",
                   "MemTotal: 18446744073709551615 kB\nMemAvailable: 0 kB\n", UINT64_MAX,
                   MeminfoError::none},
-        ParseCase{"GarbageValueIsMissing", "MemTotal: lots kB\nMemAvailable: 1 kB\n", std::nullopt,
-                  MeminfoError::noTotal},
+        ParseCase{"GarbageValueIsMissing", "MemTotal: lots kB\nMemAvailable: 1 kB\n",
+                  std::nullopt, MeminfoError::noTotal},
         ParseCase{"Empty", "", std::nullopt, MeminfoError::noTotal},
         ParseCase{"NoColonLines", "MemTotal 100 kB\nMemAvailable 1 kB\n", std::nullopt,
                   MeminfoError::noTotal}),
@@ -123,8 +124,9 @@ TEST(MemoryMonitorTest, ReadsTheLiveMachine) {
 using Clock = PressureLevelRule::Clock;
 
 TEST(PressureAveragesTest, ParsesBothLines) {
-    const auto averages = parsePressureAverages("some avg10=12.50 avg60=1 avg300=0 total=1\n"
-                                                "full avg10=3.25 avg60=0 avg300=0 total=1\n");
+    const auto averages =
+        parsePressureAverages("some avg10=12.50 avg60=1 avg300=0 total=1\n"
+                              "full avg10=3.25 avg60=0 avg300=0 total=1\n");
     ASSERT_TRUE(averages);
     EXPECT_DOUBLE_EQ(averages->someAvg10, 12.5);
     EXPECT_DOUBLE_EQ(averages->fullAvg10, 3.25);
@@ -190,13 +192,16 @@ public:
         for (auto* fds : {warning_, critical_})
             EXPECT_EQ(::pipe2(fds, O_NONBLOCK | O_CLOEXEC), 0);
     }
-    ~FakeTriggers() { closeWriteEnds(); }
+    ~FakeTriggers() {
+        closeWriteEnds();
+    }
 
     MemoryMonitor::Options options(std::atomic<Clock::time_point>& now) {
         MemoryMonitor::Options options;
         options.armTriggers = [this](const std::string&, std::string&) {
-            return std::vector<PressureTrigger>{{warning_[0], PressureEvent::warning, POLLIN},
-                                                {critical_[0], PressureEvent::critical, POLLIN}};
+            return std::vector<PressureTrigger>{
+                {warning_[0], PressureEvent::warning, POLLIN},
+                {critical_[0], PressureEvent::critical, POLLIN}};
         };
         options.now = [&now] { return now.load(); };
         return options;

@@ -148,14 +148,6 @@ std::optional<std::int64_t> parseMillidegrees(std::string_view text) {
 }
 
 HwmonKeyReader::HwmonKeyReader(const KernelRoots& roots) : sensors_(scanHwmon(roots)) {
-    index();
-}
-
-HwmonKeyReader::HwmonKeyReader(std::vector<HwmonSensor> sensors) : sensors_(std::move(sensors)) {
-    index();
-}
-
-void HwmonKeyReader::index() {
     for (std::size_t i = 0; i < sensors_.size(); ++i) {
         HwmonSensor& sensor = sensors_[i];
         // Two chips of one driver with the same labels (a dual-socket machine): the later

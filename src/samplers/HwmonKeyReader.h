@@ -31,7 +31,6 @@ class HwmonKeyReader final : public SMCKeyReading {
 public:
     // Scans /sys/class/hwmon and /sys/class/thermal below the root once.
     explicit HwmonKeyReader(const KernelRoots& roots);
-    explicit HwmonKeyReader(std::vector<HwmonSensor> sensors);
 
     const std::vector<HwmonSensor>& sensors() const { return sensors_; }
 
@@ -47,8 +46,6 @@ public:
     SMCKeyValue readKey(std::string_view key) override;
 
 private:
-    void index();
-
     std::vector<HwmonSensor> sensors_;
     std::vector<std::unique_ptr<KernelFile>> inputs_; // parallel to sensors_, kept open
     std::map<std::string, std::size_t, std::less<>> byKey_;

@@ -42,6 +42,12 @@ void writeChannel(const ScratchTree& tree, const QString& chipDir, int channel,
     tree.write(base + "_input", millidegrees + "\n");
 }
 
+// The fixture machines: an Intel desktop (i7-7700: coretemp, acpitz, PCH and x86_pkg_temp
+// zones, throttle counters), an AMD desktop (Ryzen 9 5900X: k10temp with two CCDs, amdgpu,
+// nct6798, NVMe), a Raspberry Pi 5 (cpu-thermal zone with fan trips), a MacBook Air M2 under
+// Asahi Linux (macsmc_hwmon, sensors named by the device tree under the SMC node: Asahi
+// exercises the SMC-key rule, which an Intel Mac's applesmc keys never match), and a cloud VM
+// without any sensor.
 struct GroupCase {
     const char* machine;
     Groups groups;

@@ -14,7 +14,7 @@ namespace lumetra {
 // One die temperature: the mean of the plausible sensors found once, at the first reading,
 // with the machine's thermal state. The name is the product's; on Linux it reads whatever
 // machine it runs on through a key reader: the SMC where one answers, else hwmon and the
-// thermal zones. Not thread-safe by design: ThermalMonitor calls it from its own thread only,
+// thermal zones. Not thread-safe: ThermalMonitor calls it from its own thread only,
 // which is what lets the one-time set-up go without a lock.
 class AppleSiliconTemperatureProvider final : public TemperatureProviding {
 public:

@@ -190,9 +190,8 @@ void DiskMonitor::readUserHiddenMountPoints() {
 }
 
 bool DiskMonitor::isHiddenByUser(const MountTable::Entry& entry) const {
-    return entry.hasOption(kHideOption) ||
-           std::find(hiddenMountPoints_.begin(), hiddenMountPoints_.end(), entry.mountPoint) !=
-               hiddenMountPoints_.end();
+    return std::find(hiddenMountPoints_.begin(), hiddenMountPoints_.end(), entry.mountPoint) !=
+           hiddenMountPoints_.end();
 }
 
 DiskVolumeList DiskMonitor::currentVolumes() {

@@ -67,8 +67,8 @@ std::vector<std::size_t> DiskMountFilter::select(const std::vector<MountTable::E
     for (std::size_t index = 0; index < entries.size(); ++index) {
         const MountTable::Entry& entry = entries[index];
         const bool isRoot = entry.mountPoint == "/";
-        if (!isRoot &&
-            (isPseudo(entry) || isRemote(entry.fsType) || (hiddenByUser && hiddenByUser(entry))))
+        if (!isRoot && (isPseudo(entry) || isRemote(entry.fsType) ||
+                        entry.hasOption("x-gvfs-hide") || (hiddenByUser && hiddenByUser(entry))))
             continue;
 
         // A later mount on the same point covers this one (its parent is this mount).

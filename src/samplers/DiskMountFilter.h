@@ -13,8 +13,9 @@ namespace lumetra {
 // it is often an overlay).
 class DiskMountFilter {
 public:
-    // Mount points (as escaped in the table) that the desktop is told not to show
-    // (x-gvfs-hide in fstab or in util-linux's utab).
+    // Mounts the desktop is told not to show (x-gvfs-hide in fstab or in util-linux's utab,
+    // which the kernel's table does not carry); the option in the table itself is honoured
+    // too.
     using HiddenByUser = std::function<bool(const MountTable::Entry&)>;
 
     // Indices into `entries` of the volumes to show, in table order.

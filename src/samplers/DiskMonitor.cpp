@@ -19,7 +19,7 @@ namespace {
 
 // A mount table with thousands of snaps and containers is a few MiB.
 constexpr std::size_t kMountTableCap = 16 << 20;
-constexpr std::size_t kConfigFileLimit = 64 << 10;
+constexpr std::size_t kConfigFileLimit = 1 << 20;
 
 std::string_view lastComponent(std::string_view path) {
     while (path.size() > 1 && path.back() == '/')
@@ -29,11 +29,11 @@ std::string_view lastComponent(std::string_view path) {
 }
 
 bool readLink(const std::string& path, std::string& target) {
-    target.resize(4096);
-    const ssize_t length = ::readlink(path.c_str(), target.data(), target.size());
-    if (length <= 0 || static_cast<std::size_t>(length) >= target.size())
+    char buffer[4096];
+    const ssize_t length = ::readlink(path.c_str(), buffer, sizeof buffer);
+    if (length <= 0 || static_cast<std::size_t>(length) >= sizeof buffer)
         return false;
-    target.resize(static_cast<std::size_t>(length));
+    target.assign(buffer, static_cast<std::size_t>(length));
     return true;
 }
 
@@ -96,7 +96,9 @@ struct DiskMonitor::Device {
 DiskMonitor::DiskMonitor(const KernelRoots& roots) : DiskMonitor(roots, Options()) {}
 
 DiskMonitor::DiskMonitor(const KernelRoots& roots, Options options)
-    : roots_(roots), mountTable_(roots.mountTable(), kMountTableCap), order_(options.locale),
+    : roots_(roots), mountTable_(roots.mountTable(), kMountTableCap),
+      fstab_(roots.at("etc/fstab"), kConfigFileLimit),
+      utab_(roots.at("run/mount/utab"), kConfigFileLimit), order_(options.locale),
       probe_(std::move(options.measure), options.deadline) {}
 
 DiskMonitor::~DiskMonitor() = default;
@@ -181,10 +183,13 @@ QString DiskMonitor::hostName() {
 
 void DiskMonitor::readUserHiddenMountPoints() {
     hiddenMountPoints_.clear();
-    KernelFileRead read = KernelFile::readOnce(roots_.at("etc/fstab"), scratch_, kConfigFileLimit);
+    // Opened afresh each time: editors replace fstab by renaming a new file over it.
+    KernelFileRead read = fstab_.readAll();
+    fstab_.reopenNextTime();
     if (read.ok() && read.text.find(kHideOption) != std::string_view::npos)
         collectFstabMountPoints(read.text, kHideOption, hiddenMountPoints_);
-    read = KernelFile::readOnce(roots_.at("run/mount/utab"), scratch_, kConfigFileLimit);
+    read = utab_.readAll();
+    utab_.reopenNextTime();
     if (read.ok() && read.text.find(kHideOption) != std::string_view::npos)
         collectUtabMountPoints(read.text, kHideOption, hiddenMountPoints_);
 }

@@ -54,6 +54,8 @@ private:
 
     std::mutex lock_; // everything below; listings run one at a time
     KernelFile mountTable_;
+    KernelFile fstab_;
+    KernelFile utab_;
     std::vector<MountTable::Entry> entries_;
     std::vector<std::string> hiddenMountPoints_;
     std::vector<Label> labels_;

@@ -1,0 +1,123 @@
+// A small ext4 image loop-mounted in a temporary directory: it shows up in the volume list,
+// the watcher reports its mount and unmount, and it leaves the list again. Needs root (CI
+// runs as root); skipped otherwise. The mount is removed even when a check fails.
+
+#include "samplers/MountWatcher.h"
+#include "samplers/DiskMonitor.h"
+#include "support/FixtureTree.h"
+
+#include <gtest/gtest.h>
+
+#include <QProcess>
+#include <QSignalSpy>
+#include <QStandardPaths>
+#include <QTemporaryDir>
+
+#include <sys/mount.h>
+#include <unistd.h>
+
+using namespace lumetra;
+using lumetra::testing::ScratchTree;
+
+namespace {
+
+const DiskVolume* findVolume(const DiskVolumeList& volumes, const QString& id) {
+    for (const DiskVolume& volume : volumes) {
+        if (volume.id == id)
+            return &volume;
+    }
+    return nullptr;
+}
+
+class LoopMountTest : public ::testing::Test {
+protected:
+    void SetUp() override {
+        if (::geteuid() != 0)
+            GTEST_SKIP() << "needs root to mount";
+        if (QStandardPaths::findExecutable("mkfs.ext4").isEmpty() &&
+            QStandardPaths::findExecutable("mkfs.ext4", {"/usr/sbin", "/sbin"}).isEmpty())
+            GTEST_SKIP() << "needs mkfs.ext4 (e2fsprogs)";
+        ASSERT_TRUE(dir_.isValid());
+        image_ = dir_.filePath("disk.img");
+        // A space in the mount point: the kernel's table writes it as \040.
+        mountPoint_ = dir_.filePath(QString("Lumetra Test %1").arg(::getpid()));
+        ASSERT_TRUE(QDir().mkpath(mountPoint_));
+        QFile file(image_);
+        ASSERT_TRUE(file.open(QIODevice::WriteOnly) && file.resize(16 << 20));
+        file.close();
+        ASSERT_EQ(QProcess::execute("mkfs.ext4", {"-q", "-F", "-L", "LumetraTest", image_}), 0);
+    }
+
+    void TearDown() override {
+        if (mounted_)
+            ::umount2(mountPoint_.toLocal8Bit().constData(), MNT_DETACH);
+    }
+
+    bool mount() {
+        mounted_ = QProcess::execute("mount", {"-o", "loop", image_, mountPoint_}) == 0;
+        return mounted_;
+    }
+
+    bool unmount() {
+        mounted_ = QProcess::execute("umount", {mountPoint_}) != 0;
+        return !mounted_;
+    }
+
+    QTemporaryDir dir_;
+    QString image_;
+    QString mountPoint_;
+    bool mounted_ = false;
+};
+
+TEST_F(LoopMountTest, VolumeComesAndGoesAndTheWatcherSaysSo) {
+    MountWatcher watcher;
+    ASSERT_TRUE(watcher.isWatchingMounts());
+    QSignalSpy changes(&watcher, &MountWatcher::mountsChanged);
+    DiskMonitor monitor;
+    EXPECT_FALSE(findVolume(monitor.currentVolumes(), mountPoint_));
+
+    ASSERT_TRUE(mount());
+    EXPECT_TRUE(changes.wait(5000)) << "mount reported";
+    const DiskVolumeList volumes = monitor.currentVolumes();
+    const DiskVolume* volume = findVolume(volumes, mountPoint_);
+    ASSERT_TRUE(volume);
+    // By its label where udev keeps /dev/disk/by-label, else by its directory's name.
+    EXPECT_TRUE(volume->name == "LumetraTest" || volume->name == QFileInfo(mountPoint_).fileName())
+        << volume->name.toStdString();
+    const auto measured = statvfsCapacity(mountPoint_.toStdString());
+    ASSERT_TRUE(measured);
+    EXPECT_EQ(volume->totalCapacity, measured->total);
+    EXPECT_GT(volume->totalCapacity, 8 << 20);
+    EXPECT_TRUE(volume->isInternal) << "a loop device is neither removable nor on USB";
+    EXPECT_FALSE(volume->isRemovable);
+    EXPECT_FALSE(volume->isEjectable);
+    EXPECT_FALSE(volume->isBootVolume);
+    EXPECT_EQ(volumes.front().id, "/");
+
+    changes.clear();
+    ASSERT_TRUE(unmount());
+    EXPECT_TRUE(changes.wait(5000)) << "unmount reported";
+    EXPECT_FALSE(findVolume(monitor.currentVolumes(), mountPoint_));
+}
+
+TEST(MountWatcherTest, SavedTreeIsNotWatched) {
+    ScratchTree tree;
+    tree.write("proc/1/mountinfo", "1 0 8:1 / / rw - ext4 /dev/sda1 rw\n");
+    MountWatcher watcher{KernelRoots(tree.root())};
+    EXPECT_FALSE(watcher.isWatchingMounts());
+}
+
+TEST(MountWatcherTest, NewLabelIsReported) {
+    ScratchTree tree;
+    tree.makeDirectory("dev/disk");
+    MountWatcher watcher{KernelRoots(tree.root())};
+    QSignalSpy changes(&watcher, &MountWatcher::mountsChanged);
+    tree.makeDirectory("dev/disk/by-label");
+    ASSERT_TRUE(changes.wait(5000)) << "by-label appeared";
+    changes.clear();
+    ASSERT_TRUE(
+        QFile::link("../../sdb1", QString::fromStdString(tree.path("dev/disk/by-label/Photos"))));
+    EXPECT_TRUE(changes.wait(5000)) << "a label appeared";
+}
+
+} // namespace

@@ -60,17 +60,24 @@ bool UserDefaults::readFile(QByteArray& bytes, QString& error) const {
         error = file.errorString();
         return false;
     }
-    // Read to the end with a cap: the size a file reports can change while we read it.
-    bytes = file.read(kMaxFileSize + 1);
-    if (file.error() != QFileDevice::NoError) {
-        error = file.errorString();
-        return false;
+    // Read to the end in chunks with a cap: the size a file reports can change while we read
+    // it, and asking QFile for the cap at once would allocate all of it every time.
+    bytes.clear();
+    char chunk[16 * 1024];
+    while (true) {
+        const qint64 count = file.read(chunk, sizeof chunk);
+        if (count < 0) {
+            error = file.errorString();
+            return false;
+        }
+        if (count == 0)
+            return true;
+        bytes.append(chunk, count);
+        if (bytes.size() > kMaxFileSize) {
+            error = QStringLiteral("it is larger than %1 bytes").arg(kMaxFileSize);
+            return false;
+        }
     }
-    if (bytes.size() > kMaxFileSize) {
-        error = QStringLiteral("it is larger than %1 bytes").arg(kMaxFileSize);
-        return false;
-    }
-    return true;
 }
 
 void UserDefaults::load() {

@@ -1,0 +1,28 @@
+#pragma once
+
+#include "settings/EnumTable.h"
+
+namespace lumetra {
+
+// A metric that can appear in the menu bar label.
+enum class MenuBarMetric { cpu, memory, temperature, download, upload };
+
+template <>
+struct EnumTraits<MenuBarMetric> {
+    static constexpr const char* context = "MenuBarMetric";
+    static constexpr std::array cases{
+        EnumCase<MenuBarMetric, std::string_view>{MenuBarMetric::cpu, "cpu",
+                                                  QT_TRANSLATE_NOOP("MenuBarMetric", "CPU")},
+        EnumCase<MenuBarMetric, std::string_view>{MenuBarMetric::memory, "memory",
+                                                  QT_TRANSLATE_NOOP("MenuBarMetric", "Memory")},
+        EnumCase<MenuBarMetric, std::string_view>{
+            MenuBarMetric::temperature, "temperature",
+            QT_TRANSLATE_NOOP("MenuBarMetric", "Temperature")},
+        EnumCase<MenuBarMetric, std::string_view>{MenuBarMetric::download, "download",
+                                                  QT_TRANSLATE_NOOP("MenuBarMetric", "Download")},
+        EnumCase<MenuBarMetric, std::string_view>{MenuBarMetric::upload, "upload",
+                                                  QT_TRANSLATE_NOOP("MenuBarMetric", "Upload")},
+    };
+};
+
+} // namespace lumetra

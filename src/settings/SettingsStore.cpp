@@ -1,0 +1,427 @@
+#include "settings/SettingsStore.h"
+
+#include <QLatin1StringView>
+
+#include <tuple>
+#include <utility>
+
+namespace lumetra {
+
+namespace {
+
+// One row of the key table: where the value lives, how it is read back with its fallback
+// (reading a missing key gives the default) and how it is written.
+template <typename T>
+struct Setting {
+    QLatin1StringView key;
+    T SettingsStore::*field;
+    void (SettingsStore::*changed)();
+    T (*load)(const QVariant& stored);
+    // No value: write nothing. An invalid QVariant: remove the key.
+    std::optional<QVariant> (*encode)(const T& value);
+};
+
+// --- reading, each with the fallback of its key ------------------------------------------
+
+template <bool Fallback>
+bool loadBool(const QVariant& stored) {
+    return stored.typeId() == QMetaType::Bool ? stored.toBool() : Fallback;
+}
+
+qint64 loadInteger(const QVariant& stored) {
+    return stored.typeId() == QMetaType::LongLong ? stored.toLongLong() : 0;
+}
+
+std::optional<QString> loadString(const QVariant& stored) {
+    if (stored.typeId() != QMetaType::QString)
+        return std::nullopt;
+    return stored.toString();
+}
+
+std::optional<QDateTime> loadDate(const QVariant& stored) {
+    if (stored.typeId() != QMetaType::QDateTime || !stored.toDateTime().isValid())
+        return std::nullopt;
+    return stored.toDateTime();
+}
+
+template <typename E>
+std::optional<E> parseRaw(QStringView raw) {
+    if constexpr (std::is_same_v<E, AppearanceMode>)
+        return appearanceModeFromRaw(raw);
+    else
+        return fromRaw<E>(raw);
+}
+
+// A missing key or a value that is not a string reads as "", which names no case.
+template <auto Fallback>
+decltype(Fallback) loadEnum(const QVariant& stored) {
+    using E = decltype(Fallback);
+    const QString raw = stored.typeId() == QMetaType::QString ? stored.toString() : QString();
+    return parseRaw<E>(raw).value_or(Fallback);
+}
+
+// Any number counts, so a hand-written 2 means two seconds as 2.0 does.
+template <auto Fallback>
+decltype(Fallback) loadInterval(const QVariant& stored) {
+    using E = decltype(Fallback);
+    const int type = stored.typeId();
+    if (type != QMetaType::Double && type != QMetaType::LongLong)
+        return Fallback;
+    return fromRaw<E>(stored.toDouble()).value_or(Fallback);
+}
+
+// No value unless the key holds an array of strings only. Unknown names are dropped; nothing
+// is added, duplicates stay.
+std::optional<QList<MenuBarMetric>> loadMetricList(const QVariant& stored) {
+    if (stored.typeId() != QMetaType::QVariantList)
+        return std::nullopt;
+    const QVariantList elements = stored.toList();
+    QList<MenuBarMetric> metrics;
+    for (const QVariant& element : elements) {
+        if (element.typeId() != QMetaType::QString)
+            return std::nullopt;
+        if (auto metric = fromRaw<MenuBarMetric>(QStringView(element.toString())))
+            metrics.append(*metric);
+    }
+    return metrics;
+}
+
+MenuBarMetricSet loadEnabledMetrics(const QVariant& stored) {
+    const auto metrics = loadMetricList(stored);
+    if (!metrics)
+        return {MenuBarMetric::cpu, MenuBarMetric::memory, MenuBarMetric::temperature};
+    MenuBarMetricSet set;
+    for (MenuBarMetric metric : *metrics)
+        set.insert(metric);
+    return set;
+}
+
+QList<MenuBarMetric> loadMetricOrder(const QVariant& stored) {
+    const auto& all = allCases<MenuBarMetric>();
+    return loadMetricList(stored).value_or(QList<MenuBarMetric>(all.begin(), all.end()));
+}
+
+AppearanceConfiguration loadConfiguration(const QVariant& stored) {
+    if (stored.typeId() != QMetaType::QByteArray)
+        return AppearanceConfiguration::preset(AppearanceMode::custom);
+    return AppearanceConfiguration::fromJson(stored.toByteArray())
+        .value_or(AppearanceConfiguration::preset(AppearanceMode::custom));
+}
+
+// --- writing -------------------------------------------------------------------------------
+
+std::optional<QVariant> encodeBool(const bool& value) {
+    return QVariant(value);
+}
+
+std::optional<QVariant> encodeInteger(const qint64& value) {
+    return QVariant::fromValue<qlonglong>(value);
+}
+
+std::optional<QVariant> encodeString(const std::optional<QString>& value) {
+    return value ? QVariant(*value) : QVariant();
+}
+
+std::optional<QVariant> encodeDate(const std::optional<QDateTime>& value) {
+    return value ? QVariant(*value) : QVariant();
+}
+
+QString rawText(std::string_view raw) {
+    return QString::fromLatin1(raw.data(), qsizetype(raw.size()));
+}
+
+template <typename E>
+std::optional<QVariant> encodeEnum(const E& value) {
+    return QVariant(rawText(rawValue(value)));
+}
+
+template <typename E>
+std::optional<QVariant> encodeInterval(const E& value) {
+    return QVariant(rawValue(value));
+}
+
+std::optional<QVariant> encodeMetricList(const QList<MenuBarMetric>& metrics) {
+    QVariantList raw;
+    raw.reserve(metrics.size());
+    for (MenuBarMetric metric : metrics)
+        raw.append(rawText(rawValue(metric)));
+    return raw;
+}
+
+std::optional<QVariant> encodeEnabledMetrics(const MenuBarMetricSet& metrics) {
+    return encodeMetricList(metrics.values());
+}
+
+// A configuration JSON cannot carry leaves the stored one in place.
+std::optional<QVariant> encodeConfiguration(const AppearanceConfiguration& configuration) {
+    const auto json = configuration.toJson();
+    if (!json)
+        return std::nullopt;
+    return QVariant(*json);
+}
+
+} // namespace
+
+// The key table. The keys are the file's external interface: spelled exactly, never renamed.
+struct SettingsStore::Keys {
+    using S = SettingsStore;
+    static constexpr Setting<bool> launchAtLogin{QLatin1StringView("launchAtLogin"),
+                                                 &S::launchAtLogin_, &S::launchAtLoginChanged,
+                                                 loadBool<false>, encodeBool};
+    static constexpr Setting<bool> showWelcomeScreen{
+        QLatin1StringView("showWelcomeScreen"), &S::showWelcomeScreen_,
+        &S::showWelcomeScreenChanged, loadBool<true>, encodeBool};
+    static constexpr Setting<bool> hasCompletedOnboarding{
+        QLatin1StringView("hasCompletedOnboarding"), &S::hasCompletedOnboarding_,
+        &S::hasCompletedOnboardingChanged, loadBool<false>, encodeBool};
+    static constexpr Setting<qint64> launchCount{QLatin1StringView("launchCount"), &S::launchCount_,
+                                                 &S::launchCountChanged, loadInteger,
+                                                 encodeInteger};
+    static constexpr Setting<std::optional<QString>> supportPromptDismissedVersion{
+        QLatin1StringView("supportPromptDismissedVersion"), &S::supportPromptDismissedVersion_,
+        &S::supportPromptDismissedVersionChanged, loadString, encodeString};
+    static constexpr Setting<bool> automaticallyCheckForUpdates{
+        QLatin1StringView("automaticallyCheckForUpdates"), &S::automaticallyCheckForUpdates_,
+        &S::automaticallyCheckForUpdatesChanged, loadBool<true>, encodeBool};
+    static constexpr Setting<std::optional<QDateTime>> lastUpdateCheckDate{
+        QLatin1StringView("lastUpdateCheckDate"), &S::lastUpdateCheckDate_,
+        &S::lastUpdateCheckDateChanged, loadDate, encodeDate};
+    static constexpr Setting<MenuBarMetricSet> enabledMetrics{
+        QLatin1StringView("enabledMetrics"), &S::enabledMetrics_, &S::enabledMetricsChanged,
+        loadEnabledMetrics, encodeEnabledMetrics};
+    static constexpr Setting<QList<MenuBarMetric>> metricOrder{
+        QLatin1StringView("metricOrder"), &S::metricOrder_, &S::metricOrderChanged, loadMetricOrder,
+        encodeMetricList};
+    static constexpr Setting<MenuBarSeparator> separator{
+        QLatin1StringView("separator"), &S::separator_, &S::separatorChanged,
+        loadEnum<MenuBarSeparator::space>, encodeEnum<MenuBarSeparator>};
+    static constexpr Setting<MemoryDisplayFormat> memoryFormat{
+        QLatin1StringView("memoryFormat"), &S::memoryFormat_, &S::memoryFormatChanged,
+        loadEnum<MemoryDisplayFormat::percentageOnly>, encodeEnum<MemoryDisplayFormat>};
+    // Falls back to the second case, not the first: kept so on purpose.
+    static constexpr Setting<TemperatureDisplayFormat> temperatureFormat{
+        QLatin1StringView("temperatureFormat"), &S::temperatureFormat_,
+        &S::temperatureFormatChanged, loadEnum<TemperatureDisplayFormat::degreesWithUnit>,
+        encodeEnum<TemperatureDisplayFormat>};
+    static constexpr Setting<MenuBarDisplayStyle> menuBarDisplayStyle{
+        QLatin1StringView("menuBarDisplayStyle"), &S::menuBarDisplayStyle_,
+        &S::menuBarDisplayStyleChanged, loadEnum<MenuBarDisplayStyle::textOnly>,
+        encodeEnum<MenuBarDisplayStyle>};
+    static constexpr Setting<ThemePreference> themePreference{
+        QLatin1StringView("themePreference"), &S::themePreference_, &S::themePreferenceChanged,
+        loadEnum<ThemePreference::system>, encodeEnum<ThemePreference>};
+    static constexpr Setting<AppearanceMode> appearanceMode{
+        QLatin1StringView("appearanceMode"), &S::appearanceMode_, &S::appearanceModeChanged,
+        loadEnum<AppearanceMode::glass>, encodeEnum<AppearanceMode>};
+    static constexpr Setting<AppearanceConfiguration> customConfiguration{
+        QLatin1StringView("customConfiguration"), &S::customConfiguration_,
+        &S::customConfigurationChanged, loadConfiguration, encodeConfiguration};
+    static constexpr Setting<MetricCardStyle> metricCardStyle{
+        QLatin1StringView("metricCardStyle"), &S::metricCardStyle_, &S::metricCardStyleChanged,
+        loadEnum<MetricCardStyle::classic>, encodeEnum<MetricCardStyle>};
+    // The two intervals default to different cases and are stored as numbers.
+    static constexpr Setting<UpdateInterval> updateInterval{
+        QLatin1StringView("updateInterval"), &S::updateInterval_, &S::updateIntervalChanged,
+        loadInterval<UpdateInterval::one>, encodeInterval<UpdateInterval>};
+    static constexpr Setting<TemperatureInterval> temperatureInterval{
+        QLatin1StringView("temperatureInterval"), &S::temperatureInterval_,
+        &S::temperatureIntervalChanged, loadInterval<TemperatureInterval::two>,
+        encodeInterval<TemperatureInterval>};
+
+    // Loading order.
+    static constexpr auto all = std::tuple{&launchAtLogin,
+                                           &showWelcomeScreen,
+                                           &hasCompletedOnboarding,
+                                           &launchCount,
+                                           &supportPromptDismissedVersion,
+                                           &automaticallyCheckForUpdates,
+                                           &lastUpdateCheckDate,
+                                           &enabledMetrics,
+                                           &metricOrder,
+                                           &separator,
+                                           &memoryFormat,
+                                           &temperatureFormat,
+                                           &menuBarDisplayStyle,
+                                           &themePreference,
+                                           &appearanceMode,
+                                           &customConfiguration,
+                                           &metricCardStyle,
+                                           &updateInterval,
+                                           &temperatureInterval};
+};
+
+SettingsStore::SettingsStore(UserDefaults& defaults, QObject* parent)
+    : QObject(parent), defaults_(defaults) {
+    reloadAll();
+    connect(&defaults_, &UserDefaults::changedExternally, this, &SettingsStore::reloadAll);
+}
+
+SettingsStore::~SettingsStore() = default;
+
+template <typename T, typename S>
+void SettingsStore::assign(const S& setting, const T& value) {
+    T& field = this->*setting.field;
+    const bool changed = !(field == value);
+    if (changed)
+        field = value;
+    if (const std::optional<QVariant> encoded = setting.encode(field))
+        defaults_.setValue(QString(setting.key), *encoded);
+    if (changed) {
+        emit(this->*setting.changed)();
+        noteDisplayedMetrics();
+    }
+}
+
+template <typename S>
+void SettingsStore::reload(const S& setting) {
+    auto value = setting.load(defaults_.value(QString(setting.key)));
+    auto& field = this->*setting.field;
+    if (field == value)
+        return;
+    field = std::move(value);
+    emit(this->*setting.changed)();
+}
+
+void SettingsStore::reloadAll() {
+    std::apply([this](const auto*... setting) { (reload(*setting), ...); }, Keys::all);
+    noteDisplayedMetrics();
+}
+
+void SettingsStore::noteDisplayedMetrics() {
+    QList<MenuBarMetric> displayed = displayedMetrics();
+    if (displayed == displayedMetrics_)
+        return;
+    displayedMetrics_ = std::move(displayed);
+    emit displayedMetricsChanged();
+}
+
+void SettingsStore::setLaunchAtLogin(bool value) {
+    assign(Keys::launchAtLogin, value);
+}
+void SettingsStore::setShowWelcomeScreen(bool value) {
+    assign(Keys::showWelcomeScreen, value);
+}
+void SettingsStore::setHasCompletedOnboarding(bool value) {
+    assign(Keys::hasCompletedOnboarding, value);
+}
+void SettingsStore::setLaunchCount(qint64 value) {
+    assign(Keys::launchCount, value);
+}
+void SettingsStore::setSupportPromptDismissedVersion(const std::optional<QString>& value) {
+    assign(Keys::supportPromptDismissedVersion, value);
+}
+void SettingsStore::setAutomaticallyCheckForUpdates(bool value) {
+    assign(Keys::automaticallyCheckForUpdates, value);
+}
+void SettingsStore::setLastUpdateCheckDate(const std::optional<QDateTime>& value) {
+    // An invalid date is no date.
+    assign(Keys::lastUpdateCheckDate,
+           value && value->isValid() ? value : std::optional<QDateTime>());
+}
+void SettingsStore::setEnabledMetrics(MenuBarMetricSet value) {
+    assign(Keys::enabledMetrics, value);
+}
+void SettingsStore::setMetricOrder(const QList<MenuBarMetric>& value) {
+    assign(Keys::metricOrder, value);
+}
+void SettingsStore::setSeparator(MenuBarSeparator value) {
+    assign(Keys::separator, value);
+}
+void SettingsStore::setMemoryFormat(MemoryDisplayFormat value) {
+    assign(Keys::memoryFormat, value);
+}
+void SettingsStore::setTemperatureFormat(TemperatureDisplayFormat value) {
+    assign(Keys::temperatureFormat, value);
+}
+void SettingsStore::setMenuBarDisplayStyle(MenuBarDisplayStyle value) {
+    assign(Keys::menuBarDisplayStyle, value);
+}
+void SettingsStore::setThemePreference(ThemePreference value) {
+    assign(Keys::themePreference, value);
+}
+void SettingsStore::setAppearanceMode(AppearanceMode value) {
+    assign(Keys::appearanceMode, value);
+}
+void SettingsStore::setCustomConfiguration(const AppearanceConfiguration& value) {
+    assign(Keys::customConfiguration, value);
+}
+void SettingsStore::setMetricCardStyle(MetricCardStyle value) {
+    assign(Keys::metricCardStyle, value);
+}
+void SettingsStore::setUpdateInterval(UpdateInterval value) {
+    assign(Keys::updateInterval, value);
+}
+void SettingsStore::setTemperatureInterval(TemperatureInterval value) {
+    assign(Keys::temperatureInterval, value);
+}
+
+void SettingsStore::setMetricEnabled(MenuBarMetric metric, bool enabled) {
+    MenuBarMetricSet metrics = enabledMetrics_;
+    if (enabled)
+        metrics.insert(metric);
+    else
+        metrics.remove(metric);
+    setEnabledMetrics(metrics);
+}
+
+QList<MenuBarMetric> SettingsStore::displayedMetrics() const {
+    QList<MenuBarMetric> displayed;
+    for (MenuBarMetric metric : metricOrder_) {
+        if (enabledMetrics_.contains(metric))
+            displayed.append(metric);
+    }
+    return displayed;
+}
+
+const QStringList& SettingsStore::keysRemovedByReset() {
+    static const QStringList keys{
+        QStringLiteral("launchAtLogin"),
+        QStringLiteral("showWelcomeScreen"),
+        QStringLiteral("hasCompletedOnboarding"),
+        QStringLiteral("enabledMetrics"),
+        QStringLiteral("metricOrder"),
+        QStringLiteral("separator"),
+        QStringLiteral("memoryFormat"),
+        QStringLiteral("temperatureFormat"),
+        QStringLiteral("themePreference"),
+        QStringLiteral("appearanceMode"),
+        QStringLiteral("customConfiguration"),
+        QStringLiteral("updateInterval"),
+        QStringLiteral("temperatureInterval"),
+        QStringLiteral("supportPromptDismissedVersion"),
+        QStringLiteral("automaticallyCheckForUpdates"),
+        QStringLiteral("metricCardStyle"),
+        QStringLiteral("menuBarDisplayStyle"),
+    };
+    return keys;
+}
+
+void SettingsStore::resetToDefaults() {
+    // One save for the whole reset instead of one per key.
+    const UserDefaults::Batch batch(defaults_);
+    for (const QString& key : keysRemovedByReset())
+        defaults_.remove(key);
+
+    // Through the ordinary setters, so observers redraw and the defaults are written back.
+    // The launch count and the last update check keep counting; the onboarding flag keeps its
+    // in-memory value until the next launch.
+    const auto restore = [this](const auto& setting) { assign(setting, setting.load(QVariant())); };
+    restore(Keys::launchAtLogin);
+    restore(Keys::showWelcomeScreen);
+    restore(Keys::enabledMetrics);
+    restore(Keys::metricOrder);
+    restore(Keys::separator);
+    restore(Keys::memoryFormat);
+    restore(Keys::temperatureFormat);
+    restore(Keys::menuBarDisplayStyle);
+    restore(Keys::themePreference);
+    restore(Keys::appearanceMode);
+    restore(Keys::customConfiguration);
+    restore(Keys::metricCardStyle);
+    restore(Keys::updateInterval);
+    restore(Keys::temperatureInterval);
+    restore(Keys::supportPromptDismissedVersion);
+    restore(Keys::automaticallyCheckForUpdates);
+}
+
+} // namespace lumetra

@@ -1,0 +1,260 @@
+#include "settings/UserDefaults.h"
+
+#include "model/Logging.h"
+#include "settings/SettingsFileFormat.h"
+
+#include <QDateTime>
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+#include <QFileSystemWatcher>
+#include <QSaveFile>
+
+namespace lumetra {
+
+namespace {
+
+// Far above any settings file; a bigger one is not ours and is moved aside unread.
+constexpr qint64 kMaxFileSize = 4 * 1024 * 1024;
+
+// The application replaces the file with a rename and may touch its directory several times
+// in a row; one reload after the burst is enough.
+constexpr int kReloadDelayMs = 50;
+
+} // namespace
+
+UserDefaults::UserDefaults(QString filePath, Access access, QObject* parent)
+    : QObject(parent), filePath_(std::move(filePath)), access_(access) {
+    load();
+    if (access_ == Access::readOnly && !filePath_.isEmpty()) {
+        reloadTimer_.setSingleShot(true);
+        reloadTimer_.setInterval(kReloadDelayMs);
+        connect(&reloadTimer_, &QTimer::timeout, this, &UserDefaults::reloadFromDisk);
+        watcher_ = new QFileSystemWatcher(this);
+        connect(watcher_, &QFileSystemWatcher::fileChanged, &reloadTimer_,
+                qOverload<>(&QTimer::start));
+        connect(watcher_, &QFileSystemWatcher::directoryChanged, &reloadTimer_,
+                qOverload<>(&QTimer::start));
+        watch();
+    }
+}
+
+UserDefaults::~UserDefaults() = default;
+
+QString UserDefaults::standardFilePath() {
+    // The base directory specification ignores a relative XDG_CONFIG_HOME.
+    QString configHome = qEnvironmentVariable("XDG_CONFIG_HOME");
+    if (configHome.isEmpty() || !QDir::isAbsolutePath(configHome))
+        configHome = QDir::homePath() + QLatin1StringView("/.config");
+    return configHome + QLatin1StringView("/lumetra/settings.json");
+}
+
+bool UserDefaults::readFile(QByteArray& bytes, QString& error) const {
+    const QFileInfo info(filePath_);
+    if (info.isDir()) {
+        error = QStringLiteral("it is a directory");
+        return false;
+    }
+    QFile file(filePath_);
+    if (!file.open(QIODevice::ReadOnly)) {
+        error = file.errorString();
+        return false;
+    }
+    // Read to the end in chunks with a cap: the size a file reports can change while we read
+    // it, and asking QFile for the cap at once would allocate all of it every time.
+    bytes.clear();
+    char chunk[16 * 1024];
+    while (true) {
+        const qint64 count = file.read(chunk, sizeof chunk);
+        if (count < 0) {
+            error = file.errorString();
+            return false;
+        }
+        if (count == 0)
+            return true;
+        bytes.append(chunk, count);
+        if (bytes.size() > kMaxFileSize) {
+            error = QStringLiteral("it is larger than %1 bytes").arg(kMaxFileSize);
+            return false;
+        }
+    }
+}
+
+void UserDefaults::load() {
+    if (filePath_.isEmpty() || !QFileInfo(filePath_).exists())
+        return;
+    QByteArray bytes;
+    QString error;
+    if (readFile(bytes, error)) {
+        SettingsFileFormat::Parsed parsed = SettingsFileFormat::parse(bytes);
+        if (parsed.domain) {
+            domain_ = std::move(*parsed.domain);
+            lastBytes_ = bytes;
+            return;
+        }
+        error = parsed.error;
+    }
+    if (access_ == Access::readOnly) {
+        qCWarning(logSettings, "Settings file %s cannot be used (%s); using the defaults",
+                  qUtf8Printable(filePath_), qUtf8Printable(error));
+        reloadFailed_ = true;
+        lastBytes_ = bytes;
+        return;
+    }
+    moveAside(error);
+}
+
+void UserDefaults::moveAside(const QString& reason) {
+    const QString stamp =
+        QDateTime::currentDateTimeUtc().toString(QStringLiteral("yyyyMMdd'T'HHmmss'Z'"));
+    QString target = filePath_ + QLatin1StringView(".corrupt-") + stamp;
+    for (int attempt = 2; QFileInfo::exists(target) || QFileInfo(target).isSymLink(); ++attempt)
+        target =
+            filePath_ + QLatin1StringView(".corrupt-") + stamp + '-' + QString::number(attempt);
+    // A rename keeps the old file byte for byte (and works for a directory in the way too).
+    if (QDir().rename(filePath_, target)) {
+        qCWarning(logSettings,
+                  "Settings file %s could not be read (%s); moved it to %s and loaded the "
+                  "defaults",
+                  qUtf8Printable(filePath_), qUtf8Printable(reason), qUtf8Printable(target));
+        return;
+    }
+    // Saving would replace a file we could not keep: leave it alone and keep changes in memory.
+    writable_ = false;
+    qCWarning(logSettings,
+              "Settings file %s could not be read (%s) nor moved aside; loaded the defaults "
+              "and will not save changes",
+              qUtf8Printable(filePath_), qUtf8Printable(reason));
+}
+
+void UserDefaults::setValue(const QString& key, const QVariant& value) {
+    if (!value.isValid()) {
+        remove(key);
+        return;
+    }
+    const std::optional<QVariant> normal = SettingsFileFormat::normalized(value);
+    if (!normal) {
+        qCWarning(logSettings,
+                  "Not storing \"%s\": a %s value cannot be saved in the settings file",
+                  qUtf8Printable(key), value.typeName() ? value.typeName() : "null");
+        return;
+    }
+    domain_.insert(key, *normal);
+    markDirty();
+    emit stored(key);
+}
+
+void UserDefaults::remove(const QString& key) {
+    domain_.remove(key);
+    markDirty();
+    emit stored(key);
+}
+
+void UserDefaults::markDirty() {
+    if (batchDepth_ > 0) {
+        dirty_ = true;
+        return;
+    }
+    save();
+}
+
+void UserDefaults::save() {
+    if (filePath_.isEmpty() || access_ == Access::readOnly || !writable_)
+        return;
+    const QByteArray bytes = SettingsFileFormat::serialize(domain_);
+    QDir().mkpath(QFileInfo(filePath_).path());
+    // Written beside the file and renamed over it, so a reader never sees half a file.
+    QSaveFile file(filePath_);
+    const bool saved =
+        file.open(QIODevice::WriteOnly) && file.write(bytes) == bytes.size() && file.commit();
+    if (!saved) {
+        if (!saveFailed_) {
+            qCWarning(logSettings, "Could not save settings to %s: %s", qUtf8Printable(filePath_),
+                      qUtf8Printable(file.errorString()));
+        }
+        saveFailed_ = true;
+        return;
+    }
+    if (saveFailed_)
+        qCInfo(logSettings, "Settings saved to %s again", qUtf8Printable(filePath_));
+    saveFailed_ = false;
+    lastBytes_ = bytes;
+}
+
+UserDefaults::Batch::Batch(UserDefaults& defaults) : defaults_(defaults) {
+    ++defaults_.batchDepth_;
+}
+
+UserDefaults::Batch::~Batch() {
+    if (--defaults_.batchDepth_ == 0 && defaults_.dirty_) {
+        defaults_.dirty_ = false;
+        defaults_.save();
+    }
+}
+
+void UserDefaults::watch() {
+    // The file itself is replaced by a rename (a new inode each time), so its directory is
+    // watched as well; until the directory exists, its parent is.
+    const QFileInfo file(filePath_);
+    const QString directory = file.path();
+    QStringList wanted;
+    if (file.exists())
+        wanted << filePath_;
+    if (QFileInfo(directory).isDir())
+        wanted << directory;
+    else if (QFileInfo(QFileInfo(directory).path()).isDir())
+        wanted << QFileInfo(directory).path();
+    const QStringList watched = watcher_->files() + watcher_->directories();
+    QStringList stale;
+    for (const QString& path : watched) {
+        if (!wanted.contains(path))
+            stale << path;
+    }
+    if (!stale.isEmpty())
+        watcher_->removePaths(stale);
+    QStringList fresh;
+    for (const QString& path : wanted) {
+        if (!watched.contains(path))
+            fresh << path;
+    }
+    if (!fresh.isEmpty())
+        watcher_->addPaths(fresh);
+}
+
+void UserDefaults::reloadFromDisk() {
+    watch();
+    QVariantMap fresh;
+    QByteArray bytes;
+    if (QFileInfo::exists(filePath_)) {
+        QString error;
+        if (readFile(bytes, error)) {
+            if (bytes == lastBytes_)
+                return;
+            SettingsFileFormat::Parsed parsed = SettingsFileFormat::parse(bytes);
+            if (parsed.domain)
+                fresh = std::move(*parsed.domain);
+            else
+                error = parsed.error;
+        }
+        if (!error.isEmpty()) {
+            // Keep what we have: the application may be about to replace the file.
+            if (!reloadFailed_) {
+                qCWarning(logSettings,
+                          "Settings file %s cannot be used (%s); keeping the settings "
+                          "read before",
+                          qUtf8Printable(filePath_), qUtf8Printable(error));
+            }
+            reloadFailed_ = true;
+            lastBytes_ = bytes;
+            return;
+        }
+    }
+    reloadFailed_ = false;
+    lastBytes_ = bytes;
+    if (SettingsFileFormat::identical(domain_, fresh))
+        return;
+    domain_ = std::move(fresh);
+    emit changedExternally();
+}
+
+} // namespace lumetra

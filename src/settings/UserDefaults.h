@@ -1,0 +1,93 @@
+#pragma once
+
+#include <QByteArray>
+#include <QObject>
+#include <QString>
+#include <QTimer>
+#include <QVariant>
+#include <QVariantMap>
+
+class QFileSystemWatcher;
+
+namespace lumetra {
+
+// The user-defaults domain: a typed key-value file (see SettingsFileFormat for the encoding),
+// by default $XDG_CONFIG_HOME/lumetra/settings.json.
+//
+// Read-write (the panel application): every change is saved at once and atomically; keys
+// nobody asked about are kept; a file that cannot be loaded is moved aside next to itself
+// with a timestamp, so nothing the user had is lost, and the domain starts empty.
+//
+// Read-only (the terminal mode, which may run beside the application): never writes and never
+// moves anything; it watches the file and reloads it when the application replaces it,
+// emitting changedExternally() when the contents really changed.
+//
+// An empty path gives a domain that lives in memory only.
+class UserDefaults : public QObject {
+    Q_OBJECT
+
+public:
+    enum class Access { readWrite, readOnly };
+
+    explicit UserDefaults(QString filePath, Access access = Access::readWrite,
+                          QObject* parent = nullptr);
+    ~UserDefaults() override;
+
+    // $XDG_CONFIG_HOME/lumetra/settings.json, with ~/.config when the variable is unset or
+    // not an absolute path.
+    static QString standardFilePath();
+
+    QString filePath() const { return filePath_; }
+    bool isReadOnly() const { return access_ == Access::readOnly; }
+
+    // An invalid QVariant when the key is missing.
+    QVariant value(const QString& key) const { return domain_.value(key); }
+    bool contains(const QString& key) const { return domain_.contains(key); }
+    QVariantMap domain() const { return domain_; }
+
+    // Stores and saves; a value of a type the file cannot hold is refused with a log line.
+    // An invalid QVariant removes the key. In read-only mode the change stays in memory.
+    void setValue(const QString& key, const QVariant& value);
+    void remove(const QString& key);
+
+    // Saves once for all changes made while it lives (nestable).
+    class Batch {
+    public:
+        explicit Batch(UserDefaults& defaults);
+        ~Batch();
+        Batch(const Batch&) = delete;
+        Batch& operator=(const Batch&) = delete;
+
+    private:
+        UserDefaults& defaults_;
+    };
+
+signals:
+    // After each setValue or remove, in order, once the change is in the domain.
+    void stored(const QString& key);
+    // Read-only mode: the file changed on disk and the domain now holds its new contents.
+    void changedExternally();
+
+private:
+    void load();
+    void save();
+    void markDirty();
+    void moveAside(const QString& reason);
+    void watch();
+    void reloadFromDisk();
+    bool readFile(QByteArray& bytes, QString& error) const;
+
+    QString filePath_;
+    Access access_;
+    QVariantMap domain_;
+    QByteArray lastBytes_;      // the file as last read, to ignore events that change nothing
+    bool writable_ = true;      // false while a file we could not move aside is in the way
+    bool saveFailed_ = false;   // to log a failing save once, not on every assignment
+    bool reloadFailed_ = false; // read-only: to log a bad file once per state
+    int batchDepth_ = 0;
+    bool dirty_ = false;
+    QFileSystemWatcher* watcher_ = nullptr;
+    QTimer reloadTimer_;
+};
+
+} // namespace lumetra

@@ -1,38 +1,84 @@
+#include "cli/TerminalMode.h"
+#include "cli/TerminalOptions.h"
+#include "core/SystemMonitor.h"
 #include "model/AppId.h"
+#include "samplers/AppleSiliconTemperatureProvider.h"
 #include "samplers/CPUMonitor.h"
+#include "samplers/DiskMonitor.h"
 #include "samplers/MemoryMonitor.h"
+#include "samplers/NetworkMonitor.h"
+#include "settings/SettingsStore.h"
+#include "settings/UserDefaults.h"
 
 #include <QCoreApplication>
 #include <QTimer>
 
 #include <cstdio>
 
-// For now lumetra prints one line with CPU and memory figures every second.
+using namespace lumetra;
+
+namespace {
+
+bool hasDisplay() {
+    return !qEnvironmentVariableIsEmpty("DISPLAY") ||
+           !qEnvironmentVariableIsEmpty("WAYLAND_DISPLAY");
+}
+
+void printTo(std::FILE* stream, const QString& text) {
+    const QByteArray utf8 = text.toUtf8();
+    std::fwrite(utf8.constData(), 1, static_cast<std::size_t>(utf8.size()), stream);
+    std::fflush(stream);
+}
+
+} // namespace
+
 int main(int argc, char* argv[]) {
     QCoreApplication app(argc, argv);
     QCoreApplication::setApplicationName(QStringLiteral("lumetra"));
-    QCoreApplication::setApplicationVersion(QString::fromLatin1(lumetra::kAppVersion));
+    QCoreApplication::setApplicationVersion(QString::fromLatin1(kAppVersion));
+    if (qEnvironmentVariableIsEmpty("QT_MESSAGE_PATTERN"))
+        qSetMessagePattern(
+            QStringLiteral("lumetra: %{if-category}%{category}: %{endif}%{message}"));
 
-    lumetra::CPUMonitor cpu;
-    lumetra::MemoryMonitor memory;
+    const TerminalOptionsParse parsed = parseTerminalOptions(app.arguments().mid(1));
+    if (!parsed.options) {
+        printTo(stderr, parsed.error + u'\n');
+        return 2;
+    }
+    TerminalOptions options = *parsed.options;
+    switch (options.action) {
+    case TerminalOptions::Action::help:
+        printTo(stdout, terminalUsage());
+        return 0;
+    case TerminalOptions::Action::version:
+        printTo(stdout, QStringLiteral("lumetra %1\n").arg(QCoreApplication::applicationVersion()));
+        return 0;
+    case TerminalOptions::Action::runPanel:
+        // The panel item is the desktop app's; until it runs here, the terminal mode stands in.
+        printTo(stderr, hasDisplay()
+                            ? QStringLiteral("lumetra: the panel item is not part of this build; "
+                                             "running lumetra --watch\n")
+                            : QStringLiteral("lumetra: no display (neither DISPLAY nor "
+                                             "WAYLAND_DISPLAY is set); running lumetra --watch\n"));
+        options.action = TerminalOptions::Action::watch;
+        break;
+    case TerminalOptions::Action::print:
+    case TerminalOptions::Action::watch:
+        break;
+    }
 
-    auto printLine = [&] {
-        const double usage = cpu.currentUsage();
-        const auto snapshot = memory.currentSnapshot();
-        const double gib = 1024.0 * 1024.0 * 1024.0;
-        if (snapshot) {
-            std::printf("CPU %.0f%%  MEM %.1f/%.1f GiB  pressure %s\n", usage,
-                        static_cast<double>(snapshot->used) / gib,
-                        static_cast<double>(snapshot->total) / gib,
-                        std::string(lumetra::rawValue(memory.pressure())).c_str());
-        } else {
-            std::printf("CPU %.0f%%  MEM unavailable\n", usage);
-        }
-        std::fflush(stdout);
-    };
-    QTimer timer;
-    QObject::connect(&timer, &QTimer::timeout, printLine);
-    printLine();
-    timer.start(1000);
+    const KernelRoots roots(options.root.toStdString());
+    // The terminal mode only reads the settings: the panel app owns the file.
+    UserDefaults defaults(UserDefaults::standardFilePath(), UserDefaults::Access::readOnly);
+    SettingsStore settings(defaults);
+    SystemMonitor monitor(
+        {std::make_shared<CPUMonitor>(roots), std::make_shared<MemoryMonitor>(roots),
+         std::make_shared<NetworkMonitor>(roots),
+         std::make_shared<AppleSiliconTemperatureProvider>(roots),
+         std::make_shared<DiskMonitor>(roots)},
+        seconds(settings.updateInterval()), seconds(settings.temperatureInterval()));
+    TerminalMode mode(options, settings, monitor, stdout);
+    QObject::connect(&mode, &TerminalMode::finished, &app, &QCoreApplication::exit);
+    QTimer::singleShot(0, &mode, [&mode] { mode.start(); });
     return app.exec();
 }

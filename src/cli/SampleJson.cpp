@@ -14,9 +14,9 @@ std::string isoTimestamp(Instant instant) {
     if (gmtime_r(&time, &utc) == nullptr)
         return "1970-01-01T00:00:00.000Z";
     char buffer[96];
-    std::snprintf(buffer, sizeof buffer, "%04d-%02d-%02dT%02d:%02d:%02d.%03dZ",
-                  utc.tm_year + 1900, utc.tm_mon + 1, utc.tm_mday, utc.tm_hour, utc.tm_min,
-                  utc.tm_sec, static_cast<int>((sinceEpoch - wholeSeconds).count()));
+    std::snprintf(buffer, sizeof buffer, "%04d-%02d-%02dT%02d:%02d:%02d.%03dZ", utc.tm_year + 1900,
+                  utc.tm_mon + 1, utc.tm_mday, utc.tm_hour, utc.tm_min, utc.tm_sec,
+                  static_cast<int>((sinceEpoch - wholeSeconds).count()));
     return buffer;
 }
 

@@ -1,5 +1,5 @@
-#include "format/LevelColor.h"
 #include "format/ValueFormatters.h"
+#include "format/LevelColor.h"
 
 #include <gtest/gtest.h>
 

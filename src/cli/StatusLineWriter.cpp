@@ -1,0 +1,132 @@
+#include "cli/StatusLineWriter.h"
+
+#include "cli/SampleJson.h"
+#include "format/LevelColor.h"
+#include "format/MenuBarLabel.h"
+#include "format/MetricsTooltip.h"
+
+#include <cmath>
+
+namespace lumetra {
+
+namespace {
+
+std::optional<double> highestPercentage(const QList<LabelPiece>& pieces) {
+    std::optional<double> highest;
+    for (const LabelPiece& piece : pieces) {
+        if (piece.percentage && (!highest || *piece.percentage > *highest))
+            highest = piece.percentage;
+    }
+    return highest;
+}
+
+// i3bar draws text in the bar's own colour unless a block names one.
+const char* i3barColor(LevelColor color) {
+    switch (color) {
+    case LevelColor::orange:
+        return "#ff9500";
+    case LevelColor::red:
+        return "#ff3b30";
+    case LevelColor::secondary:
+    case LevelColor::accent:
+        return nullptr;
+    }
+    return nullptr;
+}
+
+std::string toUtf8(const QString& text) {
+    return text.toStdString();
+}
+
+} // namespace
+
+const char* statusClass(std::optional<double> highestPercentage) {
+    switch (levelColor(highestPercentage)) {
+    case LevelColor::orange:
+        return "warning";
+    case LevelColor::red:
+        return "critical";
+    case LevelColor::secondary:
+    case LevelColor::accent:
+        return "normal";
+    }
+    return "normal";
+}
+
+std::string StatusLineWriter::header() const {
+    if (format_ != OutputFormat::i3bar)
+        return {};
+    return "{\"version\":1}\n[\n";
+}
+
+const std::string& StatusLineWriter::line(const StatusSnapshot& snapshot) {
+    switch (format_) {
+    case OutputFormat::text:
+        text_ = toUtf8(labelLine(snapshot.metrics, snapshot.cpuHistory, snapshot.memoryHistory,
+                                 snapshot.settings));
+        text_ += '\n';
+        return text_;
+    case OutputFormat::json:
+        json_.clear();
+        writeSampleJson(json_, snapshot.metrics, snapshot.disks,
+                        labelLine(snapshot.metrics, snapshot.cpuHistory, snapshot.memoryHistory,
+                                  snapshot.settings));
+        break;
+    case OutputFormat::waybar:
+        writeWaybar(snapshot);
+        break;
+    case OutputFormat::i3bar:
+        writeI3bar(snapshot);
+        // The protocol's endless array: every line after the first begins with a comma.
+        text_.assign(firstI3barLine_ ? 0 : 1, ',');
+        firstI3barLine_ = false;
+        text_ += json_.text();
+        text_ += '\n';
+        return text_;
+    }
+    text_ = json_.text();
+    text_ += '\n';
+    return text_;
+}
+
+void StatusLineWriter::writeWaybar(const StatusSnapshot& snapshot) {
+    const QList<LabelPiece> pieces = labelPieces(snapshot.metrics, snapshot.cpuHistory,
+                                                 snapshot.memoryHistory, snapshot.settings);
+    const std::optional<double> highest = highestPercentage(pieces);
+    json_.clear();
+    json_.beginObject();
+    json_.key("text").value(labelLine(snapshot.metrics, snapshot.cpuHistory, snapshot.memoryHistory,
+                                      snapshot.settings));
+    json_.key("tooltip").value(metricsTooltip(snapshot.metrics, snapshot.disks));
+    json_.key("class").value(statusClass(highest));
+    json_.key("percentage")
+        .value(static_cast<std::int64_t>(highest ? std::llround(std::clamp(*highest, 0.0, 100.0))
+                                                 : 0));
+    json_.endObject();
+}
+
+void StatusLineWriter::writeI3bar(const StatusSnapshot& snapshot) {
+    QList<LabelPiece> pieces = labelPieces(snapshot.metrics, snapshot.cpuHistory,
+                                           snapshot.memoryHistory, snapshot.settings);
+    if (pieces.isEmpty())
+        pieces.append({MenuBarMetric::cpu, QStringLiteral("lumetra"), std::nullopt});
+    const QString separator = separatorText(snapshot.settings.separator);
+    json_.clear();
+    json_.beginArray();
+    for (qsizetype i = 0; i < pieces.size(); ++i) {
+        const LabelPiece& piece = pieces[i];
+        json_.beginObject();
+        json_.key("name").value("lumetra");
+        json_.key("instance").value(rawValue(piece.metric));
+        // The user's separator joins the blocks, as it joins the label's metrics.
+        json_.key("full_text").value(i == 0 ? piece.text : separator + piece.text);
+        if (const char* color = i3barColor(levelColor(piece.percentage)))
+            json_.key("color").value(color);
+        json_.key("separator").value(false);
+        json_.key("separator_block_width").value(0);
+        json_.endObject();
+    }
+    json_.endArray();
+}
+
+} // namespace lumetra

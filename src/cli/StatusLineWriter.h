@@ -1,0 +1,50 @@
+#pragma once
+
+#include "cli/JsonWriter.h"
+#include "cli/TerminalOptions.h"
+#include "format/LabelSettings.h"
+#include "model/DiskVolume.h"
+#include "model/MetricHistory.h"
+#include "model/SystemMetrics.h"
+
+#include <string>
+
+namespace lumetra {
+
+// Everything one output line is made of.
+struct StatusSnapshot {
+    const SystemMetrics& metrics;
+    const MetricHistory& cpuHistory;
+    const MetricHistory& memoryHistory;
+    const DiskVolumeList& disks;
+    const LabelSettings& settings;
+};
+
+// Turns snapshots into the lines of one output format:
+//  - text: the label as the menu bar would show it;
+//  - json: the sample's fields, the disks and the label;
+//  - waybar: text, tooltip, class (normal, warning, critical) and percentage;
+//  - i3bar: the protocol's header, then one array of blocks per line.
+class StatusLineWriter {
+public:
+    explicit StatusLineWriter(OutputFormat format) : format_(format) {}
+
+    // What goes out before the first line (the i3bar header and the opening bracket).
+    std::string header() const;
+    // One line, with its newline.
+    const std::string& line(const StatusSnapshot& snapshot);
+
+private:
+    void writeWaybar(const StatusSnapshot& snapshot);
+    void writeI3bar(const StatusSnapshot& snapshot);
+
+    OutputFormat format_;
+    JsonWriter json_;
+    std::string text_;
+    bool firstI3barLine_ = true;
+};
+
+// "normal", "warning" or "critical" for the highest level among the label's metrics.
+const char* statusClass(std::optional<double> highestPercentage);
+
+} // namespace lumetra

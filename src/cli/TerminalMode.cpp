@@ -1,0 +1,70 @@
+#include "cli/TerminalMode.h"
+
+#include "settings/SettingsStore.h"
+
+namespace lumetra {
+
+TerminalMode::TerminalMode(const TerminalOptions& options, SettingsStore& settings,
+                           SystemMonitor& monitor, std::FILE* output, QObject* parent)
+    : QObject(parent), options_(options), settings_(settings), monitor_(monitor), output_(output),
+      writer_(options.format), labelSettings_(LabelSettings::from(settings)) {
+    connect(&monitor_, &SystemMonitor::metricsChanged, this, &TerminalMode::onMetricsChanged);
+
+    // The panel app may change the settings while we run: the next line shows it.
+    auto refreshLabelSettings = [this] { labelSettings_ = LabelSettings::from(settings_); };
+    connect(&settings_, &SettingsStore::displayedMetricsChanged, this, refreshLabelSettings);
+    connect(&settings_, &SettingsStore::separatorChanged, this, refreshLabelSettings);
+    connect(&settings_, &SettingsStore::memoryFormatChanged, this, refreshLabelSettings);
+    connect(&settings_, &SettingsStore::temperatureFormatChanged, this, refreshLabelSettings);
+    connect(&settings_, &SettingsStore::menuBarDisplayStyleChanged, this, refreshLabelSettings);
+    connect(&settings_, &SettingsStore::updateIntervalChanged, this,
+            [this] { monitor_.setUpdateInterval(seconds(settings_.updateInterval())); });
+    connect(&settings_, &SettingsStore::temperatureIntervalChanged, this,
+            [this] { monitor_.setTemperatureInterval(seconds(settings_.temperatureInterval())); });
+}
+
+void TerminalMode::start() {
+    write(writer_.header());
+    monitor_.start();
+}
+
+void TerminalMode::onMetricsChanged() {
+    // A thermal update keeps the timestamp; only a fast sample makes a new line.
+    const Instant timestamp = monitor_.metrics().timestamp;
+    if (done_ || timestamp == lastTimestamp_)
+        return;
+    lastTimestamp_ = timestamp;
+    ++fastSamples_;
+    if (options_.action == TerminalOptions::Action::print) {
+        if (fastSamples_ < 2)
+            return; // the first sample only primes CPU and network
+        writeLine();
+        done_ = true;
+        monitor_.stop();
+        emit finished(0);
+        return;
+    }
+    writeLine();
+}
+
+void TerminalMode::writeLine() {
+    const StatusSnapshot snapshot{monitor_.metrics(), monitor_.cpuHistory(),
+                                  monitor_.memoryHistory(), monitor_.diskVolumes(), labelSettings_};
+    write(writer_.line(snapshot));
+    ++linesWritten_;
+}
+
+void TerminalMode::write(const std::string& text) {
+    if (text.empty() || done_)
+        return;
+    const bool written = std::fwrite(text.data(), 1, text.size(), output_) == text.size() &&
+                         std::fflush(output_) == 0;
+    if (!written) {
+        // Nobody reads any more (the bar closed the pipe): stop quietly.
+        done_ = true;
+        monitor_.stop();
+        emit finished(0);
+    }
+}
+
+} // namespace lumetra

@@ -1,0 +1,51 @@
+#pragma once
+
+#include "cli/StatusLineWriter.h"
+#include "cli/TerminalOptions.h"
+#include "core/SystemMonitor.h"
+#include "format/LabelSettings.h"
+
+#include <QObject>
+
+#include <cstdio>
+
+namespace lumetra {
+
+class SettingsStore;
+
+// The terminal and status-bar mode: a line per fast sample (--watch), or one line from the
+// second sample, so that CPU and rates are real, and then done (--print).
+class TerminalMode : public QObject {
+    Q_OBJECT
+
+public:
+    TerminalMode(const TerminalOptions& options, SettingsStore& settings, SystemMonitor& monitor,
+                 std::FILE* output, QObject* parent = nullptr);
+
+    // Writes the format's header and starts sampling.
+    void start();
+
+    int linesWritten() const { return linesWritten_; }
+
+signals:
+    // --print is done, or the output went away (a status bar that closed its pipe).
+    void finished(int exitCode);
+
+private:
+    void onMetricsChanged();
+    void writeLine();
+    void write(const std::string& text);
+
+    TerminalOptions options_;
+    SettingsStore& settings_;
+    SystemMonitor& monitor_;
+    std::FILE* output_;
+    StatusLineWriter writer_;
+    LabelSettings labelSettings_;
+    Instant lastTimestamp_ = kDistantPast;
+    int fastSamples_ = 0;
+    int linesWritten_ = 0;
+    bool done_ = false;
+};
+
+} // namespace lumetra

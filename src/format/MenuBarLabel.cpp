@@ -23,22 +23,6 @@ QString separatorText(MenuBarSeparator separator) {
     return QStringLiteral("  ");
 }
 
-QString temperatureText(double celsius, TemperatureDisplayFormat format) {
-    // Rounded half away from zero, not clamped.
-    const QString degrees = QString::number(std::llround(celsius + 0.0));
-    switch (format) {
-    case TemperatureDisplayFormat::degreesOnly:
-        return degrees + u'°';
-    case TemperatureDisplayFormat::degreesWithUnit:
-        return degrees + QStringLiteral("°C");
-    case TemperatureDisplayFormat::labeledCPU:
-        return QStringLiteral("CPU ") + degrees + QStringLiteral("°C");
-    case TemperatureDisplayFormat::labeledTemp:
-        return QStringLiteral("Temp ") + degrees + QStringLiteral("°C");
-    }
-    return degrees + u'°';
-}
-
 QString metricMark(MenuBarMetric metric) {
     switch (metric) {
     case MenuBarMetric::cpu:
@@ -58,41 +42,61 @@ QString metricMark(MenuBarMetric metric) {
 namespace {
 
 // The memory reading without a prefix, as chips show it.
-QString memoryValue(const SystemMetrics& metrics, MemoryDisplayFormat format) {
+void appendMemoryValue(QString& out, const SystemMetrics& metrics, MemoryDisplayFormat format) {
     switch (format) {
     case MemoryDisplayFormat::percentageOnly:
-        return wholePercentText(metrics.memoryPercentage);
+        appendWholePercent(out, metrics.memoryPercentage);
+        return;
     case MemoryDisplayFormat::usedOnly:
-        return formatBytes(metrics.memoryUsed);
+        appendBytes(out, metrics.memoryUsed);
+        return;
     case MemoryDisplayFormat::usedOverTotal:
-        return formatUsedOverTotal(metrics.memoryUsed, metrics.memoryTotal);
+        appendUsedOverTotal(out, metrics.memoryUsed, metrics.memoryTotal);
+        return;
     case MemoryDisplayFormat::both:
-        return formatBytes(metrics.memoryUsed) + u' ' + wholePercentText(metrics.memoryPercentage);
+        appendBytes(out, metrics.memoryUsed);
+        out.append(u' ');
+        appendWholePercent(out, metrics.memoryPercentage);
+        return;
     }
-    return {};
 }
 
-// The text line's piece for one metric; empty when the metric has nothing to show.
-QString textPiece(MenuBarMetric metric, const SystemMetrics& metrics,
-                  const LabelSettings& settings) {
+QString memoryValue(const SystemMetrics& metrics, MemoryDisplayFormat format) {
+    QString text;
+    text.reserve(32); // one allocation for the few pieces
+    appendMemoryValue(text, metrics, format);
+    return text;
+}
+
+// Appends the text line's piece for one metric; false when the metric has nothing to show.
+bool appendTextPiece(QString& out, MenuBarMetric metric, const SystemMetrics& metrics,
+                     const LabelSettings& settings) {
     switch (metric) {
     case MenuBarMetric::cpu:
-        return QStringLiteral("CPU ") + wholePercentText(metrics.cpuUsage);
+        out.append(QLatin1StringView("CPU "));
+        appendWholePercent(out, metrics.cpuUsage);
+        return true;
     case MenuBarMetric::memory:
         // The slash form stands alone, without the "RAM " prefix.
-        if (settings.memoryFormat == MemoryDisplayFormat::usedOverTotal)
-            return memoryValue(metrics, settings.memoryFormat);
-        return QStringLiteral("RAM ") + memoryValue(metrics, settings.memoryFormat);
+        if (settings.memoryFormat != MemoryDisplayFormat::usedOverTotal)
+            out.append(QLatin1StringView("RAM "));
+        appendMemoryValue(out, metrics, settings.memoryFormat);
+        return true;
     case MenuBarMetric::temperature:
-        return metrics.temperature
-                   ? temperatureText(*metrics.temperature, settings.temperatureFormat)
-                   : QString();
+        if (!metrics.temperature)
+            return false;
+        out.append(temperatureText(*metrics.temperature, settings.temperatureFormat));
+        return true;
     case MenuBarMetric::download:
-        return QStringLiteral("↓ ") + formatRate(metrics.downloadBytesPerSecond);
+        out.append(QStringView(u"↓ "));
+        appendRate(out, metrics.downloadBytesPerSecond);
+        return true;
     case MenuBarMetric::upload:
-        return QStringLiteral("↑ ") + formatRate(metrics.uploadBytesPerSecond);
+        out.append(QStringView(u"↑ "));
+        appendRate(out, metrics.uploadBytesPerSecond);
+        return true;
     }
-    return {};
+    return false;
 }
 
 // 20 °C maps to 0 and 100 °C to 100, so the colour turns orange at 80 °C and red at 92 °C.
@@ -134,17 +138,15 @@ MenuBarChipContent chip(MenuBarMetric metric, const SystemMetrics& metrics,
 QString labelText(const SystemMetrics& metrics, const LabelSettings& settings) {
     const QString separator = separatorText(settings.separator);
     QString line;
-    bool first = true;
+    line.reserve(96);
     for (MenuBarMetric metric : settings.displayedMetrics) {
-        const QString piece = textPiece(metric, metrics, settings);
-        if (piece.isEmpty())
-            continue;
-        if (!first)
+        const qsizetype before = line.size();
+        if (before > 0)
             line += separator;
-        line += piece;
-        first = false;
+        if (!appendTextPiece(line, metric, metrics, settings))
+            line.truncate(before);
     }
-    return first ? QStringLiteral("lumetra") : line;
+    return line.isEmpty() ? QStringLiteral("lumetra") : line;
 }
 
 QList<MenuBarChipContent> chips(const SystemMetrics& metrics, const MetricHistory& cpuHistory,
@@ -176,8 +178,8 @@ QList<LabelPiece> labelPieces(const SystemMetrics& metrics, const MetricHistory&
             pieces.append({metric, chipText(content, settings.style), content.percentage});
             continue;
         }
-        QString text = textPiece(metric, metrics, settings);
-        if (!text.isEmpty())
+        QString text;
+        if (appendTextPiece(text, metric, metrics, settings))
             pieces.append({metric, std::move(text), content.percentage});
     }
     return pieces;

@@ -13,9 +13,6 @@ namespace lumetra {
 // The text placed between two metrics: "  ", " · ", " | " or " • ".
 QString separatorText(MenuBarSeparator separator);
 
-// "52°", "52°C", "CPU 52°C" or "Temp 52°C".
-QString temperatureText(double celsius, TemperatureDisplayFormat format);
-
 // The one-character mark of a metric where no icon is drawn: C, M, T, ↓, ↑.
 QString metricMark(MenuBarMetric metric);
 

@@ -20,7 +20,7 @@ struct LabelSettings {
                                           MenuBarMetric::upload};
     MenuBarSeparator separator = MenuBarSeparator::space;
     MemoryDisplayFormat memoryFormat = MemoryDisplayFormat::percentageOnly;
-    TemperatureDisplayFormat temperatureFormat = TemperatureDisplayFormat::degreesOnly;
+    TemperatureDisplayFormat temperatureFormat = TemperatureDisplayFormat::degreesWithUnit;
     MenuBarDisplayStyle style = MenuBarDisplayStyle::textOnly;
 
     static LabelSettings from(const SettingsStore& store);

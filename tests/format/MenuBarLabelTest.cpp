@@ -32,7 +32,7 @@ LabelSettings only(std::initializer_list<MenuBarMetric> metrics) {
 
 TEST(LabelTextTest, DefaultSettingsLine) {
     EXPECT_EQ(labelText(sample(), LabelSettings()),
-              QStringLiteral("CPU 14%  RAM 47%  52°  ↓ 0 B/s  ↑ 0 B/s"));
+              QStringLiteral("CPU 14%  RAM 47%  52°C  ↓ 0 B/s  ↑ 0 B/s"));
 }
 
 struct LabelCase {
@@ -94,7 +94,7 @@ TEST(ChipsTest, OneChipPerMetricWithGraphsAndLevels) {
     ASSERT_EQ(row.size(), 5);
     EXPECT_EQ(row[0], (MenuBarChipContent{M::cpu, "14%", QStringLiteral("▁▄▇█"), 14.0}));
     EXPECT_EQ(row[1], (MenuBarChipContent{M::memory, "47%", QStringLiteral("▄"), 47.0}));
-    EXPECT_EQ(row[2].valueText, QStringLiteral("52°"));
+    EXPECT_EQ(row[2].valueText, QStringLiteral("52°C"));
     EXPECT_DOUBLE_EQ(*row[2].percentage, (52.4 - 20) / 80 * 100);
     EXPECT_EQ(row[3], (MenuBarChipContent{M::download, "1.5 KB/s", {}, std::nullopt}));
     EXPECT_EQ(row[4], (MenuBarChipContent{M::upload, "0 B/s", {}, std::nullopt}));
@@ -140,10 +140,10 @@ TEST_P(LabelLineTest, ChipsInTextForm) {
 INSTANTIATE_TEST_SUITE_P(
     Styles, LabelLineTest,
     ::testing::Values(
-        LineCase{"Text", MenuBarDisplayStyle::textOnly, "CPU 100%  52°  ↓ 0 B/s"},
-        LineCase{"IconAndText", MenuBarDisplayStyle::iconAndText, "C 100%  T 52°  ↓ 0 B/s"},
-        LineCase{"CompactGraph", MenuBarDisplayStyle::compactGraph, "C ▁▄█ 100%  T 52°  ↓ 0 B/s"},
-        LineCase{"MiniBar", MenuBarDisplayStyle::miniBar, "C ▓▓▓▓▓ 100%  T ▓▓░░░ 52°  ↓ 0 B/s"}),
+        LineCase{"Text", MenuBarDisplayStyle::textOnly, "CPU 100%  52°C  ↓ 0 B/s"},
+        LineCase{"IconAndText", MenuBarDisplayStyle::iconAndText, "C 100%  T 52°C  ↓ 0 B/s"},
+        LineCase{"CompactGraph", MenuBarDisplayStyle::compactGraph, "C ▁▄█ 100%  T 52°C  ↓ 0 B/s"},
+        LineCase{"MiniBar", MenuBarDisplayStyle::miniBar, "C ▓▓▓▓▓ 100%  T ▓▓░░░ 52°C  ↓ 0 B/s"}),
     [](const auto& info) { return std::string(info.param.name); });
 
 TEST(LabelLineTest, FullCPUBarIsRed) {

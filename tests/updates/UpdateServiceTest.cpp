@@ -116,47 +116,44 @@ TEST(UpdateServiceTest, ManualStampIsWrittenFirstAndHoldsOffTheNextStartUpCheck)
     }
 }
 
-const UpdateAlert kUpdateAvailable{
-    UpdateAlert::Kind::updateAvailable,
-    UpdateAlert::Style::standard,
-    QStringLiteral("A New Version is Available"),
-    QString::fromUtf8("lumetra 1.3 is available \xe2\x80\x94 you have 1.2.0."),
-    {QStringLiteral("Download"), QStringLiteral("Later")}};
-const UpdateAlert kUpToDate{UpdateAlert::Kind::upToDate,
-                            UpdateAlert::Style::standard,
-                            QStringLiteral("You're Up to Date"),
-                            QStringLiteral("lumetra 1.2.0 is the latest version."),
-                            {QStringLiteral("OK")}};
-const UpdateAlert kCheckFailed{
-    UpdateAlert::Kind::checkFailed,
-    UpdateAlert::Style::warning,
-    QStringLiteral("Couldn't Check for Updates"),
-    QStringLiteral("Make sure you're connected to the internet and try again."),
-    {QStringLiteral("OK")}};
+using Kind = UpdateAlert::Kind;
+using Style = UpdateAlert::Style;
+const UpdateAlert kUpdateAvailable{Kind::updateAvailable,
+                                   Style::standard,
+                                   "A New Version is Available",
+                                   "lumetra 1.3 is available \u2014 you have 1.2.0.",
+                                   {"Download", "Later"}};
+const UpdateAlert kUpToDate{Kind::upToDate,
+                            Style::standard,
+                            "You're Up to Date",
+                            "lumetra 1.2.0 is the latest version.",
+                            {"OK"}};
+const UpdateAlert kCheckFailed{Kind::checkFailed,
+                               Style::warning,
+                               "Couldn't Check for Updates",
+                               "Make sure you're connected to the internet and try again.",
+                               {"OK"}};
 
 TEST(UpdateServiceTest, EachOutcomeShowsItsAlertOrNone) {
     const UpdateCheckError garbage{UpdateCheckError::Kind::decoding, QStringLiteral("x")};
     struct Case {
+        const char* name;
         bool userInitiated;
         UpdateCheckResult result;
         std::optional<UpdateAlert> alert; // none: silent
     };
-    for (const auto& [userInitiated, result, alert] : std::initializer_list<Case>{
-             {false, manifest("1.3"), kUpdateAvailable},
-             {false, manifest("1.2"), std::nullopt},
-             {false, manifest("1.1.9"), std::nullopt},
-             {false, kOffline, std::nullopt},
-             {true, manifest("1.3"), kUpdateAvailable},
-             {true, manifest("1.2"), kUpToDate}, // 1.2 and 1.2.0 are the same version
-             {true, manifest("1.1.9"), kUpToDate},
-             {true, manifest("1.2.0-beta2"), kUpToDate},
-             {true, kOffline, kCheckFailed},
-             {true, garbage, kCheckFailed}}) {
-        SCOPED_TRACE(::testing::Message()
-                     << (userInitiated ? "manual, " : "automatic, ")
-                     << (result.index() == 0 ? std::get<0>(result).latestVersion
-                                             : std::get<1>(result).description)
-                            .toStdString());
+    for (const auto& [name, userInitiated, result, alert] : std::initializer_list<Case>{
+             {"automatic, newer", false, manifest("1.3"), kUpdateAvailable},
+             {"automatic, same", false, manifest("1.2"), std::nullopt},
+             {"automatic, older", false, manifest("1.1.9"), std::nullopt},
+             {"automatic, offline", false, kOffline, std::nullopt},
+             {"manual, newer", true, manifest("1.3"), kUpdateAvailable},
+             {"manual, same", true, manifest("1.2"), kUpToDate}, // 1.2 equals 1.2.0
+             {"manual, older", true, manifest("1.1.9"), kUpToDate},
+             {"manual, pre-release tag", true, manifest("1.2.0-beta2"), kUpToDate},
+             {"manual, offline", true, kOffline, kCheckFailed},
+             {"manual, garbage", true, garbage, kCheckFailed}}) {
+        SCOPED_TRACE(name);
         Harness h;
         int finished = 0;
         QObject::connect(&h.service, &UpdateService::checkFinished, [&] { ++finished; });

@@ -73,6 +73,10 @@ struct FilterCase {
     std::vector<std::string> shown; // escaped mount points in table order
 };
 
+void PrintTo(const FilterCase& c, std::ostream* os) {
+    *os << c.name;
+}
+
 class DiskMountFilterTest : public ::testing::TestWithParam<FilterCase> {};
 
 TEST_P(DiskMountFilterTest, ShowsEachLocalFileSystemOnce) {

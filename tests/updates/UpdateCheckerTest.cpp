@@ -80,6 +80,10 @@ struct ServedCase {
     std::optional<Kind> error; // none: the manifest
 };
 
+void PrintTo(const ServedCase& c, std::ostream* os) {
+    *os << c.name;
+}
+
 class UpdateCheckerServedTest : public ::testing::TestWithParam<ServedCase> {};
 
 TEST_P(UpdateCheckerServedTest, EndsOnceOnTheMainThreadWithinTheTimeOut) {

@@ -2,6 +2,7 @@
 #include "samplers/AppleSiliconTemperatureKeys.h"
 #include "samplers/AppleSiliconTemperatureProvider.h"
 #include "samplers/SMCClient.h"
+#include "support/Cases.h"
 #include "support/FixtureTree.h"
 
 #include <QFile>
@@ -11,6 +12,7 @@
 using namespace lumetra;
 using lumetra::testing::fixtureRoot;
 using lumetra::testing::ScratchTree;
+using lumetra::testing::thrown;
 using Groups = std::vector<std::vector<std::string>>;
 
 namespace {
@@ -22,16 +24,6 @@ Groups groupsOf(const std::string& root) {
 std::optional<double> degrees(HwmonKeyReader& reader, const std::string& key) {
     const SMCKeyValue value = reader.readKey(key);
     return SMCClient::decodeValue(value.dataType, value.bytes());
-}
-
-SMCError caught(const std::function<void()>& action) {
-    try {
-        action();
-    } catch (const SMCError& error) {
-        return error;
-    }
-    ADD_FAILURE() << "no SMCError thrown";
-    return SMCError::serviceNotFound();
 }
 
 void writeChannel(const ScratchTree& tree, const QString& chipDir, int channel,
@@ -48,34 +40,20 @@ void writeChannel(const ScratchTree& tree, const QString& chipDir, int channel,
 // Asahi Linux (macsmc_hwmon, sensors named by the device tree under the SMC node: Asahi
 // exercises the SMC-key rule, which an Intel Mac's applesmc keys never match), and a cloud VM
 // without any sensor.
-struct GroupCase {
-    const char* machine;
-    Groups groups;
-};
-
-class FixtureGroupsTest : public ::testing::TestWithParam<GroupCase> {};
-
-TEST_P(FixtureGroupsTest, CandidatesFollowTheRulesInOrder) {
-    EXPECT_EQ(groupsOf(fixtureRoot(GetParam().machine)), GetParam().groups);
+TEST(HwmonKeyReaderTest, FixtureMachinesOfferCandidatesByTheRulesInOrder) {
+    const std::pair<const char*, Groups> cases[] = {
+        {"desktop-intel",
+         {{"coretemp/Package id 0"},
+          {"coretemp/Core 0", "coretemp/Core 1", "coretemp/Core 2", "coretemp/Core 3"},
+          {"x86_pkg_temp/thermal_zone2"},
+          {"acpitz/thermal_zone0"}}},
+        {"amd-desktop", {{"k10temp/Tctl", "k10temp/Tccd1", "k10temp/Tccd2"}}},
+        {"raspberry-pi", {{"cpu-thermal/thermal_zone0"}}},
+        {"apple-laptop", {{"macsmc_hwmon/SoC Backside Temp"}}},
+        {"no-sensors-vm", {}}};
+    for (const auto& [machine, groups] : cases)
+        EXPECT_EQ(groupsOf(fixtureRoot(machine)), groups) << machine;
 }
-
-INSTANTIATE_TEST_SUITE_P(
-    Machines, FixtureGroupsTest,
-    ::testing::Values(
-        GroupCase{"desktop-intel",
-                  {{"coretemp/Package id 0"},
-                   {"coretemp/Core 0", "coretemp/Core 1", "coretemp/Core 2", "coretemp/Core 3"},
-                   {"x86_pkg_temp/thermal_zone2"},
-                   {"acpitz/thermal_zone0"}}},
-        GroupCase{"amd-desktop", {{"k10temp/Tctl", "k10temp/Tccd1", "k10temp/Tccd2"}}},
-        GroupCase{"raspberry-pi", {{"cpu-thermal/thermal_zone0"}}},
-        GroupCase{"apple-laptop", {{"macsmc_hwmon/SoC Backside Temp"}}},
-        GroupCase{"no-sensors-vm", {}}),
-    [](const auto& info) {
-        std::string name = info.param.machine;
-        std::erase(name, '-');
-        return name;
-    });
 
 TEST(HwmonKeyReaderTest, ReadsMillidegreesAsFloatDegrees) {
     HwmonKeyReader reader(KernelRoots(fixtureRoot("desktop-intel")));
@@ -85,7 +63,7 @@ TEST(HwmonKeyReaderTest, ReadsMillidegreesAsFloatDegrees) {
     EXPECT_EQ(SMCClient::decodeValue(value.dataType, value.bytes()), 45.0);
     EXPECT_NEAR(*degrees(reader, "nvme/Composite"), 38.85, 1e-5);
     EXPECT_NEAR(*degrees(reader, "acpitz/temp1"), 27.8, 1e-5); // no label: the channel
-    EXPECT_EQ(caught([&] { reader.readKey("Tp01"); }), SMCError::keyNotFound());
+    EXPECT_EQ(thrown<SMCError>([&] { reader.readKey("Tp01"); }), SMCError::keyNotFound());
 }
 
 // Asahi trees that name Apple Silicon die keys: those come first, in the key table's order.
@@ -162,13 +140,18 @@ TEST(HwmonKeyReaderTest, BadInputsFailTheReadNotTheProgram) {
     tree.makeDirectory(chip + "/temp6_input");
     tree.write(chip + "/temp6_label", "Core 4\n");
     HwmonKeyReader reader(KernelRoots(tree.root()));
-    EXPECT_EQ(caught([&] { reader.readKey("coretemp/Package id 0"); }), SMCError::callFailed(0));
-    EXPECT_EQ(caught([&] { reader.readKey("coretemp/Core 0"); }), SMCError::callFailed(0));
+    EXPECT_EQ(thrown<SMCError>([&] { reader.readKey("coretemp/Package id 0"); }),
+              SMCError::callFailed(0));
+    EXPECT_EQ(thrown<SMCError>([&] { reader.readKey("coretemp/Core 0"); }),
+              SMCError::callFailed(0));
     EXPECT_EQ(degrees(reader, "coretemp/Core 1"), -5.0);
-    EXPECT_EQ(caught([&] { reader.readKey("coretemp/Core 3"); }), SMCError::callFailed(0));
-    EXPECT_EQ(caught([&] { reader.readKey("coretemp/Core 4"); }), SMCError::callFailed(EISDIR));
+    EXPECT_EQ(thrown<SMCError>([&] { reader.readKey("coretemp/Core 3"); }),
+              SMCError::callFailed(0));
+    EXPECT_EQ(thrown<SMCError>([&] { reader.readKey("coretemp/Core 4"); }),
+              SMCError::callFailed(EISDIR));
     tree.remove(chip + "/temp4_input");
-    EXPECT_EQ(caught([&] { reader.readKey("coretemp/Core 2"); }), SMCError::callFailed(ENOENT));
+    EXPECT_EQ(thrown<SMCError>([&] { reader.readKey("coretemp/Core 2"); }),
+              SMCError::callFailed(ENOENT));
     // A file that is fixed after a bad read is read again.
     tree.write(chip + "/temp1_input", "47000\n");
     EXPECT_EQ(degrees(reader, "coretemp/Package id 0"), 47.0);

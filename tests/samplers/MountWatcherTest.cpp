@@ -22,11 +22,8 @@ using lumetra::testing::ScratchTree;
 namespace {
 
 const DiskVolume* findVolume(const DiskVolumeList& volumes, const QString& id) {
-    for (const DiskVolume& volume : volumes) {
-        if (volume.id == id)
-            return &volume;
-    }
-    return nullptr;
+    const auto found = std::ranges::find(volumes, id, &DiskVolume::id);
+    return found == volumes.end() ? nullptr : &*found;
 }
 
 class LoopMountTest : public ::testing::Test {
@@ -88,10 +85,10 @@ TEST_F(LoopMountTest, VolumeComesAndGoesAndTheWatcherSaysSo) {
     ASSERT_TRUE(measured);
     EXPECT_EQ(volume->totalCapacity, measured->total);
     EXPECT_GT(volume->totalCapacity, 8 << 20);
-    EXPECT_TRUE(volume->isInternal) << "a loop device is neither removable nor on USB";
-    EXPECT_FALSE(volume->isRemovable);
-    EXPECT_FALSE(volume->isEjectable);
-    EXPECT_FALSE(volume->isBootVolume);
+    // A loop device is neither removable nor on USB.
+    EXPECT_EQ(std::tuple(volume->isInternal, volume->isRemovable, volume->isEjectable,
+                         volume->isBootVolume),
+              std::tuple(true, false, false, false));
     EXPECT_EQ(volumes.front().id, "/");
 
     changes.clear();

@@ -54,6 +54,14 @@ auto inNamespace(const std::string& name, Work work) {
     return result;
 }
 
+sockaddr_in receiverAddress() {
+    sockaddr_in address{};
+    address.sin_family = AF_INET;
+    address.sin_port = htons(7777);
+    ::inet_pton(AF_INET, "10.77.0.2", &address.sin_addr);
+    return address;
+}
+
 constexpr std::size_t kPayload = 1000;
 // What a veth counts for one datagram: UDP, IPv4 and Ethernet headers around the payload.
 constexpr std::uint64_t kWireBytes = kPayload + 8 + 20 + 14;
@@ -76,7 +84,6 @@ protected:
                 run("ip", {"netns", "exec", ns, "sysctl", "-qw", "net.ipv6.conf.all.disable_ipv6=1",
                            "net.ipv6.conf.default.disable_ipv6=1"}));
         }
-        createPair();
         for (const auto& [ns, tree] : {std::pair{nsA_, &rootA_}, std::pair{nsB_, &rootB_}}) {
             tree->makeDirectory("sys");
             const std::string target = tree->path("sys");
@@ -89,17 +96,13 @@ protected:
                 << std::strerror(errno);
             mounted_.push_back(target);
         }
-        waitUntilRunning(rootA_, ifA_);
-        waitUntilRunning(rootB_, ifB_);
+        createPair();
         sender_ = inNamespace(nsA_.toStdString(),
                               [] { return ::socket(AF_INET, SOCK_DGRAM | SOCK_CLOEXEC, 0); });
         receiver_ = inNamespace(nsB_.toStdString(), [] {
             const int fd = ::socket(AF_INET, SOCK_DGRAM | SOCK_CLOEXEC, 0);
-            sockaddr_in address{};
-            address.sin_family = AF_INET;
-            address.sin_port = htons(7777);
-            ::inet_pton(AF_INET, "10.77.0.2", &address.sin_addr);
-            if (::bind(fd, reinterpret_cast<sockaddr*>(&address), sizeof address) != 0) {
+            const sockaddr_in address = receiverAddress();
+            if (::bind(fd, reinterpret_cast<const sockaddr*>(&address), sizeof address) != 0) {
                 ::close(fd);
                 return -1;
             }
@@ -130,10 +133,8 @@ protected:
         ASSERT_TRUE(run("ip", {"-n", nsA_, "link", "set", ifA_, "up"}));
         ASSERT_TRUE(run("ip", {"-n", nsB_, "link", "set", ifB_, "up"}));
         // The kernel updates operstate from the carrier asynchronously, up to a second later.
-        if (!mounted_.empty()) {
-            waitUntilRunning(rootA_, ifA_);
-            waitUntilRunning(rootB_, ifB_);
-        }
+        waitUntilRunning(rootA_, ifA_);
+        waitUntilRunning(rootB_, ifB_);
     }
 
     static void waitUntilRunning(const ScratchTree& root, const QString& interface) {
@@ -150,14 +151,11 @@ protected:
 
     // Sends `count` datagrams from A to B and waits until B has them all.
     void send(int count) {
-        sockaddr_in address{};
-        address.sin_family = AF_INET;
-        address.sin_port = htons(7777);
-        ::inet_pton(AF_INET, "10.77.0.2", &address.sin_addr);
+        const sockaddr_in address = receiverAddress();
         std::vector<char> payload(kPayload, 'x');
         for (int index = 0; index < count; ++index) {
             ASSERT_EQ(::sendto(sender_, payload.data(), payload.size(), 0,
-                               reinterpret_cast<sockaddr*>(&address), sizeof address),
+                               reinterpret_cast<const sockaddr*>(&address), sizeof address),
                       static_cast<ssize_t>(payload.size()));
             ASSERT_EQ(::recv(receiver_, payload.data(), payload.size(), 0),
                       static_cast<ssize_t>(payload.size()));

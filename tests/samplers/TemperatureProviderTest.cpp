@@ -5,9 +5,7 @@
 #include "samplers/SMCSimulator.h"
 #include "samplers/ThermalMonitor.h"
 #include "support/FixtureTree.h"
-
-#include <QMutex>
-#include <QStringList>
+#include "support/LogCapture.h"
 
 #include <gtest/gtest.h>
 
@@ -21,38 +19,8 @@ using lumetra::testing::fixtureRoot;
 
 namespace {
 
-// Collects the sensors category's messages while it lives.
-class SensorLog {
-public:
-    SensorLog() {
-        active() = this;
-        previous_ = qInstallMessageHandler(&SensorLog::handle);
-    }
-    ~SensorLog() {
-        qInstallMessageHandler(previous_);
-        active() = nullptr;
-    }
-    QStringList lines() const {
-        QMutexLocker locker(&mutex_);
-        return lines_;
-    }
-
-private:
-    static SensorLog*& active() {
-        static SensorLog* log = nullptr;
-        return log;
-    }
-    static void handle(QtMsgType, const QMessageLogContext& context, const QString& message) {
-        if (active() && context.category &&
-            QByteArray(context.category) == logSensors().categoryName()) {
-            QMutexLocker locker(&active()->mutex_);
-            active()->lines_ << message;
-        }
-    }
-
-    QtMessageHandler previous_ = nullptr;
-    mutable QMutex mutex_;
-    QStringList lines_;
+struct SensorLog : lumetra::testing::LogCapture {
+    SensorLog() : LogCapture(logSensors()) {}
 };
 
 // A provider over a simulated SMC whose table the test edits between readings.
@@ -110,11 +78,9 @@ TEST(TemperatureProviderTest, PlausibleRangeIncludesBothEnds) {
         auto provider = machine.provider();
         machine.smc->setFloat("Tp01", c.value);
         SensorLog log;
-        const TemperatureReading reading = provider->currentReading();
-        EXPECT_EQ(reading.temperature.has_value(), c.accepted) << c.value;
-        if (c.accepted) {
-            EXPECT_EQ(*reading.temperature, c.value);
-        }
+        EXPECT_EQ(provider->currentReading().temperature,
+                  c.accepted ? std::optional<double>(c.value) : std::nullopt)
+            << c.value;
     }
 }
 
@@ -157,11 +123,17 @@ TEST(TemperatureProviderTest, OpeningFailureIsTriedAndLoggedOnce) {
     EXPECT_EQ(log.lines(), QStringList{"SMC client unavailable: failedToOpen(-13)"});
 }
 
-TEST(TemperatureProviderTest, DiscoveryHappensOnceEvenWhenNothingIsPlausible) {
+TEST(TemperatureProviderTest, DiscoveryProbesTheTableOnceEvenWhenNothingIsPlausible) {
     SimulatedMachine machine;
     auto provider = machine.provider();
     SensorLog log;
     EXPECT_FALSE(provider->currentReading().temperature);
+    std::vector<std::uint32_t> probed, table; // one information call per key, in table order
+    for (const SMCCallRecord& call : machine.smc->calls())
+        probed.push_back(call.key());
+    for (const auto& key : kAppleSiliconTemperatureKeys)
+        table.push_back(encodeSMCKey(key));
+    EXPECT_EQ(probed, table);
     // Keys appearing later are not picked up: discovery is not repeated.
     machine.smc->setFloat("Tp01", 40.0f);
     machine.smc->clearCalls();
@@ -170,19 +142,6 @@ TEST(TemperatureProviderTest, DiscoveryHappensOnceEvenWhenNothingIsPlausible) {
     EXPECT_EQ(machine.opens, 1);
     EXPECT_EQ(log.lines(),
               QStringList{"No plausible Apple Silicon temperature SMC keys found on this Mac"});
-}
-
-TEST(TemperatureProviderTest, DiscoveryProbesEveryCandidateInTableOrder) {
-    SimulatedMachine machine;
-    auto provider = machine.provider();
-    SensorLog log;
-    provider->currentReading();
-    std::vector<std::uint32_t> probed;
-    for (const SMCCallRecord& call : machine.smc->calls())
-        probed.push_back(call.key());
-    ASSERT_EQ(probed.size(), kAppleSiliconTemperatureKeys.size());
-    for (std::size_t i = 0; i < probed.size(); ++i)
-        EXPECT_EQ(probed[i], encodeSMCKey(kAppleSiliconTemperatureKeys[i]));
 }
 
 TEST(TemperatureProviderTest, ThermalStateCodesMapWithUnknownAsNominal) {
@@ -200,53 +159,43 @@ TEST(TemperatureProviderTest, ThermalStateCodesMapWithUnknownAsNominal) {
 }
 
 // Each fixture machine: the sensors chosen, the temperature and the thermal state.
-struct MachineCase {
-    const char* machine;
-    std::optional<double> temperature;
-    ThermalState state;
-    const char* log;
-};
-
-class FixtureMachineTest : public ::testing::TestWithParam<MachineCase> {};
-
-TEST_P(FixtureMachineTest, ReadsTheDieTemperatureAndState) {
-    const auto& p = GetParam();
-    SensorLog log;
-    AppleSiliconTemperatureProvider provider(KernelRoots(fixtureRoot(p.machine)));
-    for (int i = 0; i < 3; ++i) {
-        const TemperatureReading reading = provider.currentReading();
-        ASSERT_EQ(reading.temperature.has_value(), p.temperature.has_value());
-        if (p.temperature) {
-            EXPECT_NEAR(*reading.temperature, *p.temperature, 1e-4);
+TEST(TemperatureProviderTest, FixtureMachinesReadTheDieTemperatureAndState) {
+    struct Case {
+        const char* machine;
+        std::optional<double> temperature;
+        ThermalState state;
+        const char* log;
+    };
+    const char* const one = "Resolved 1 temperature SMC key(s)";
+    for (const Case& c : std::initializer_list<Case>{
+             // coretemp "Package id 0"; the x86_pkg_temp zone has only placeholder trips
+             {"desktop-intel", 45.0, ThermalState::nominal, one},
+             // k10temp Tctl, Tccd1, Tccd2 (no Tdie on Zen 3); the GPU and Super I/O do not count
+             {"amd-desktop", (52.875 + 47.25 + 44.0) / 3, ThermalState::nominal,
+              "Resolved 3 temperature SMC key(s)"},
+             // the cpu-thermal zone, not its hwmon twin; above the lowest fan trip
+             {"raspberry-pi", 55.6, ThermalState::fair, one},
+             // Asahi: no Apple Silicon die key in the device tree, so "SoC Backside Temp"
+             {"apple-laptop", 41.25, ThermalState::nominal, one},
+             {"no-sensors-vm", std::nullopt, ThermalState::nominal,
+              "No plausible Apple Silicon temperature SMC keys found on this machine"}}) {
+        SCOPED_TRACE(c.machine);
+        SensorLog log;
+        AppleSiliconTemperatureProvider provider(KernelRoots(fixtureRoot(c.machine)));
+        for (int i = 0; i < 3; ++i) {
+            const TemperatureReading reading = provider.currentReading();
+            ASSERT_EQ(reading.temperature.has_value(), c.temperature.has_value());
+            if (c.temperature) {
+                EXPECT_NEAR(*reading.temperature, *c.temperature, 1e-4);
+            }
+            EXPECT_EQ(reading.availability, c.temperature
+                                                ? TemperatureAvailability::exactTemperature
+                                                : TemperatureAvailability::unavailable);
+            EXPECT_EQ(reading.thermalState, c.state);
         }
-        EXPECT_EQ(reading.availability, p.temperature ? TemperatureAvailability::exactTemperature
-                                                      : TemperatureAvailability::unavailable);
-        EXPECT_EQ(reading.thermalState, p.state);
+        EXPECT_EQ(log.lines(), QStringList{c.log});
     }
-    EXPECT_EQ(log.lines(), QStringList{p.log});
 }
-
-INSTANTIATE_TEST_SUITE_P(
-    Machines, FixtureMachineTest,
-    ::testing::Values(
-        // coretemp "Package id 0"; the x86_pkg_temp zone has only placeholder trips
-        MachineCase{"desktop-intel", 45.0, ThermalState::nominal,
-                    "Resolved 1 temperature SMC key(s)"},
-        // k10temp Tctl, Tccd1, Tccd2 (no Tdie on Zen 3); the GPU and Super I/O do not count
-        MachineCase{"amd-desktop", (52.875 + 47.25 + 44.0) / 3, ThermalState::nominal,
-                    "Resolved 3 temperature SMC key(s)"},
-        // the cpu-thermal zone, not its hwmon twin; above the lowest fan trip
-        MachineCase{"raspberry-pi", 55.6, ThermalState::fair, "Resolved 1 temperature SMC key(s)"},
-        // Asahi: no Apple Silicon die key in the device tree, so "SoC Backside Temp"
-        MachineCase{"apple-laptop", 41.25, ThermalState::nominal,
-                    "Resolved 1 temperature SMC key(s)"},
-        MachineCase{"no-sensors-vm", std::nullopt, ThermalState::nominal,
-                    "No plausible Apple Silicon temperature SMC keys found on this machine"}),
-    [](const auto& info) {
-        std::string name = info.param.machine;
-        std::erase(name, '-');
-        return name;
-    });
 
 // This machine: a VM without sensors, read many times through the thermal monitor's thread.
 TEST(TemperatureProviderTest, LiveMachineWithoutSensorsLogsOnce) {

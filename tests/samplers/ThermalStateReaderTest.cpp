@@ -9,50 +9,32 @@ using Type = ThermalTrip::Type;
 
 namespace {
 
-struct ZoneCase {
-    const char* name;
-    std::int64_t temperature;
-    std::vector<ThermalTrip> trips;
-    ThermalState state;
-};
-
-class ZoneStateTest : public ::testing::TestWithParam<ZoneCase> {};
-
-TEST_P(ZoneStateTest, TripPointsGiveTheState) {
-    EXPECT_EQ(thermalStateForZone(GetParam().temperature, GetParam().trips), GetParam().state);
-}
-
-const std::vector<ThermalTrip> kLaptop{{99000, Type::critical},
-                                       {95000, Type::hot},
-                                       {85000, Type::passive},
-                                       {70000, Type::active},
-                                       {55000, Type::active}};
-
-INSTANTIATE_TEST_SUITE_P(
-    Trips, ZoneStateTest,
-    ::testing::Values(
-        ZoneCase{"BelowEverything", 54999, kLaptop, ThermalState::nominal},
-        ZoneCase{"AtLowestActive", 55000, kLaptop, ThermalState::fair},
-        ZoneCase{"AboveHigherActive", 80000, kLaptop, ThermalState::fair},
-        ZoneCase{"AtPassive", 85000, kLaptop, ThermalState::serious},
-        ZoneCase{"AtHot", 95000, kLaptop, ThermalState::critical},
-        ZoneCase{"AtCritical", 120000, kLaptop, ThermalState::critical},
+TEST(ThermalStateReaderTest, TripPointsGiveTheZoneState) {
+    const std::vector<ThermalTrip> laptop{{99000, Type::critical},
+                                          {95000, Type::hot},
+                                          {85000, Type::passive},
+                                          {70000, Type::active},
+                                          {55000, Type::active}};
+    const std::tuple<std::int64_t, std::vector<ThermalTrip>, ThermalState> cases[] = {
+        {54999, laptop, ThermalState::nominal},
+        {55000, laptop, ThermalState::fair}, // the lowest active trip
+        {80000, laptop, ThermalState::fair},
+        {85000, laptop, ThermalState::serious},
+        {95000, laptop, ThermalState::critical},
+        {120000, laptop, ThermalState::critical},
         // x86_pkg_temp's 0 and iwlwifi's −32768000 mean "not set"
-        ZoneCase{"PlaceholdersIgnored",
-                 45000,
-                 {{0, Type::passive}, {-32768000, Type::active}},
-                 ThermalState::nominal},
-        ZoneCase{"UnknownTypeIgnored", 45000, {{40000, Type::other}}, ThermalState::nominal},
-        ZoneCase{"NoTrips", 200000, {}, ThermalState::nominal}),
-    [](const auto& info) { return std::string(info.param.name); });
-
-TEST(ThermalTripTest, ParsesTheKernelTypeNames) {
-    EXPECT_EQ(parseTripType("critical\n"), Type::critical);
-    EXPECT_EQ(parseTripType("hot\n"), Type::hot);
-    EXPECT_EQ(parseTripType("passive\n"), Type::passive);
-    EXPECT_EQ(parseTripType("active"), Type::active);
-    EXPECT_EQ(parseTripType("Critical"), Type::other);
-    EXPECT_EQ(parseTripType(""), Type::other);
+        {45000, {{0, Type::passive}, {-32768000, Type::active}}, ThermalState::nominal},
+        {45000, {{40000, Type::other}}, ThermalState::nominal},
+        {200000, {}, ThermalState::nominal}};
+    for (const auto& [temperature, trips, state] : cases)
+        EXPECT_EQ(thermalStateForZone(temperature, trips), state) << temperature;
+    for (const auto& [text, type] : {std::pair{"critical\n", Type::critical},
+                                     {"hot\n", Type::hot},
+                                     {"passive\n", Type::passive},
+                                     {"active", Type::active},
+                                     {"Critical", Type::other},
+                                     {"", Type::other}})
+        EXPECT_EQ(parseTripType(text), type) << text;
 }
 
 void writeZone(const ScratchTree& tree, int n, const QByteArray& temp,
@@ -81,6 +63,8 @@ TEST(ThermalStateReaderTest, HighestZoneWins) {
     writeZone(tree, 1, "90000", {{"passive", "85000"}});
     writeZone(tree, 2, "garbage", {{"critical", "1000"}});  // unreadable: left out
     writeZone(tree, 3, "50000", {{"critical", "garbage"}}); // no usable trip
+    EXPECT_EQ(ThermalStateReader(KernelRoots(ScratchTree().root())).read(), ThermalState::nominal)
+        << "nothing exposed";
     ThermalStateReader reader(KernelRoots(tree.root()));
     EXPECT_EQ(reader.read(), ThermalState::serious);
     tree.write("sys/class/thermal/thermal_zone0/temp", "100000\n");
@@ -102,13 +86,6 @@ TEST(ThermalStateReaderTest, RisingThrottleCounterIsAtLeastSerious) {
     tree.write("sys/class/thermal/thermal_zone0/temp", "40000\n");
     EXPECT_EQ(reader.read(), ThermalState::serious);
     writeThrottle(tree, 0, "garbage", "0"); // a counter that went backwards or broke
-    EXPECT_EQ(reader.read(), ThermalState::nominal);
-}
-
-TEST(ThermalStateReaderTest, NothingExposedIsNominal) {
-    ScratchTree tree;
-    ThermalStateReader reader(KernelRoots(tree.root()));
-    EXPECT_EQ(reader.read(), ThermalState::nominal);
     EXPECT_EQ(reader.read(), ThermalState::nominal);
 }
 

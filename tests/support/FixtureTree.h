@@ -34,7 +34,9 @@ public:
         file.write(content);
     }
 
-    void makeDirectory(const QString& relative) const { QDir().mkpath(dir_.path() + '/' + relative); }
+    void makeDirectory(const QString& relative) const {
+        QDir().mkpath(dir_.path() + '/' + relative);
+    }
 
     void remove(const QString& relative) const { QFile::remove(dir_.path() + '/' + relative); }
 

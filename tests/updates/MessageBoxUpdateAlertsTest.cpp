@@ -14,47 +14,32 @@ using namespace lumetra;
 
 namespace {
 
-struct BoxCase {
-    const char* name;
-    UpdateAlert alert;
-    QMessageBox::Icon icon;
-};
-
-class MessageBoxUpdateAlertsTest : public ::testing::TestWithParam<BoxCase> {};
-
-TEST_P(MessageBoxUpdateAlertsTest, BoxCarriesTheAlert) {
-    const auto& c = GetParam();
-    const auto box = MessageBoxUpdateAlerts::makeMessageBox(c.alert);
-    EXPECT_EQ(box->text(), c.alert.message);
-    EXPECT_EQ(box->informativeText(), c.alert.informativeText);
-    EXPECT_EQ(box->icon(), c.icon);
-    EXPECT_TRUE(box->windowModality() == Qt::ApplicationModal);
-    QStringList texts;
-    for (QAbstractButton* button : box->buttons())
-        texts.append(button->text());
-    texts.sort();
-    QStringList expected = c.alert.buttons;
-    expected.sort();
-    EXPECT_EQ(texts, expected);
-    ASSERT_TRUE(box->defaultButton());
-    EXPECT_EQ(box->defaultButton()->text(), c.alert.buttons.first());
-    ASSERT_TRUE(box->escapeButton());
-    EXPECT_EQ(box->escapeButton()->text(), c.alert.buttons.last());
-
-    // Kept in the working directory (build/tests) for a look.
-    box->show();
-    EXPECT_TRUE(box->grab().save(QStringLiteral("UpdateAlert-%1.png").arg(QLatin1String(c.name))));
+TEST(MessageBoxUpdateAlertsTest, BoxCarriesTheAlert) {
+    const std::pair<UpdateAlert, QMessageBox::Icon> cases[] = {
+        {UpdateAlert::updateAvailable("1.4.0", "1.3.2"), QMessageBox::Information},
+        {UpdateAlert::upToDate("1.3.2"), QMessageBox::Information},
+        {UpdateAlert::checkFailed(), QMessageBox::Warning}};
+    for (const auto& [alert, icon] : cases) {
+        SCOPED_TRACE(alert.message.toStdString());
+        const auto box = MessageBoxUpdateAlerts::makeMessageBox(alert);
+        EXPECT_EQ(box->text(), alert.message);
+        EXPECT_EQ(box->informativeText(), alert.informativeText);
+        EXPECT_EQ(box->icon(), icon);
+        EXPECT_EQ(box->windowModality(), Qt::ApplicationModal);
+        QStringList texts;
+        for (QAbstractButton* button : box->buttons())
+            texts.append(button->text());
+        QStringList expected = alert.buttons;
+        texts.sort();
+        expected.sort();
+        EXPECT_EQ(texts, expected);
+        ASSERT_TRUE(box->defaultButton() && box->escapeButton());
+        EXPECT_EQ(box->defaultButton()->text(), alert.buttons.first());
+        EXPECT_EQ(box->escapeButton()->text(), alert.buttons.last());
+    }
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    Alerts, MessageBoxUpdateAlertsTest,
-    ::testing::Values(BoxCase{"UpdateAvailable", UpdateAlert::updateAvailable("1.4.0", "1.3.2"),
-                              QMessageBox::Information},
-                      BoxCase{"UpToDate", UpdateAlert::upToDate("1.3.2"), QMessageBox::Information},
-                      BoxCase{"CheckFailed", UpdateAlert::checkFailed(), QMessageBox::Warning}),
-    [](const auto& info) { return std::string(info.param.name); });
-
-// Presses a key in the alert once it is up.
+// Presents the alert and, once it is up, presses a key or clicks the button with that text.
 int presentAndPress(const UpdateAlert& alert, Qt::Key key, const QString& clickText = {}) {
     QTimer::singleShot(0, [key, clickText] {
         QWidget* box = QApplication::activeModalWidget();
@@ -62,19 +47,16 @@ int presentAndPress(const UpdateAlert& alert, Qt::Key key, const QString& clickT
             ADD_FAILURE() << "no modal alert";
             return;
         }
-        if (!clickText.isEmpty()) {
-            for (auto* button : box->findChildren<QPushButton*>())
-                if (button->text() == clickText)
-                    button->click();
-            return;
-        }
+        for (auto* button : box->findChildren<QPushButton*>())
+            if (!clickText.isEmpty() && button->text() == clickText)
+                return button->click();
         QTest::keyClick(box, key);
     });
     MessageBoxUpdateAlerts alerts;
     return alerts.present(alert);
 }
 
-TEST(MessageBoxUpdateAlertsPresentTest, ReturnsTheButtonPressed) {
+TEST(MessageBoxUpdateAlertsTest, PresentReturnsTheButtonPressed) {
     const UpdateAlert alert = UpdateAlert::updateAvailable("1.4.0", "1.3.2");
     EXPECT_EQ(presentAndPress(alert, Qt::Key_Return), 0); // the default button
     EXPECT_EQ(presentAndPress(alert, Qt::Key_Escape), 1); // "Later"
@@ -91,14 +73,12 @@ public slots:
     void open(const QUrl& url) { urls.append(url); }
 };
 
-TEST(MessageBoxUpdateAlertsPresentTest, OpenURLUsesTheDesktopHandler) {
+TEST(MessageBoxUpdateAlertsTest, OpenURLUsesTheDesktopHandler) {
     UrlCatcher catcher;
     QDesktopServices::setUrlHandler(QStringLiteral("https"), &catcher, "open");
-    MessageBoxUpdateAlerts alerts;
-    alerts.openURL(QUrl("https://lumetra.app/download"));
+    MessageBoxUpdateAlerts().openURL(QUrl("https://lumetra.app/download"));
     QDesktopServices::unsetUrlHandler(QStringLiteral("https"));
-    ASSERT_EQ(catcher.urls.size(), 1);
-    EXPECT_EQ(catcher.urls[0], QUrl("https://lumetra.app/download"));
+    EXPECT_EQ(catcher.urls, QList{QUrl("https://lumetra.app/download")});
 }
 
 } // namespace

@@ -113,19 +113,21 @@ JsonWriter& JsonWriter::value(double number) {
     return *this;
 }
 
-JsonWriter& JsonWriter::value(std::uint64_t number) {
+template <typename Integer>
+void JsonWriter::appendInteger(Integer number) {
     separate();
     char buffer[24];
     const auto result = std::to_chars(buffer, buffer + sizeof buffer, number);
     out_.append(buffer, result.ptr);
+}
+
+JsonWriter& JsonWriter::value(std::uint64_t number) {
+    appendInteger(number);
     return *this;
 }
 
 JsonWriter& JsonWriter::value(std::int64_t number) {
-    separate();
-    char buffer[24];
-    const auto result = std::to_chars(buffer, buffer + sizeof buffer, number);
-    out_.append(buffer, result.ptr);
+    appendInteger(number);
     return *this;
 }
 

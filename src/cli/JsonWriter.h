@@ -38,6 +38,8 @@ public:
 private:
     void separate();
     void appendEscaped(std::string_view utf8);
+    template <typename Integer>
+    void appendInteger(Integer number);
 
     std::string out_;
     std::vector<bool> needsComma_; // one entry per open container

@@ -1,5 +1,7 @@
 #include "samplers/DiskMonitor.h"
 
+#include "model/HexDigit.h"
+
 #include "model/Logging.h"
 #include "samplers/DiskMountFilter.h"
 #include "samplers/TextScan.h"
@@ -35,16 +37,6 @@ bool readLink(const std::string& path, std::string& target) {
         return false;
     target.assign(buffer, static_cast<std::size_t>(length));
     return true;
-}
-
-int hexDigit(char c) {
-    if (c >= '0' && c <= '9')
-        return c - '0';
-    if (c >= 'a' && c <= 'f')
-        return c - 'a' + 10;
-    if (c >= 'A' && c <= 'F')
-        return c - 'A' + 10;
-    return -1;
 }
 
 // Escaped mount points of fstab(5) lines whose options carry `option`.
@@ -108,8 +100,8 @@ QString DiskMonitor::decodeLabel(std::string_view entryName) {
     bytes.reserve(static_cast<qsizetype>(entryName.size()));
     for (std::size_t i = 0; i < entryName.size(); ++i) {
         if (entryName[i] == '\\' && i + 3 < entryName.size() && entryName[i + 1] == 'x') {
-            const int high = hexDigit(entryName[i + 2]);
-            const int low = hexDigit(entryName[i + 3]);
+            const int high = hexDigitValue(entryName[i + 2]);
+            const int low = hexDigitValue(entryName[i + 3]);
             if (high >= 0 && low >= 0) {
                 bytes.append(static_cast<char>(high * 16 + low));
                 i += 3;

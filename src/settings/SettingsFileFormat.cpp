@@ -1,5 +1,7 @@
 #include "settings/SettingsFileFormat.h"
 
+#include "model/HexDigit.h"
+
 #include <QDateTime>
 #include <QLocale>
 
@@ -274,16 +276,6 @@ private:
         return true;
     }
 
-    static int hexDigit(char c) {
-        if (c >= '0' && c <= '9')
-            return c - '0';
-        if (c >= 'a' && c <= 'f')
-            return c - 'a' + 10;
-        if (c >= 'A' && c <= 'F')
-            return c - 'A' + 10;
-        return -1;
-    }
-
     bool string(QString& out) {
         ++p_; // opening quote
         const char* run = p_;
@@ -340,7 +332,7 @@ private:
                     return setError("malformed escape");
                 char16_t unit = 0;
                 for (int i = 1; i <= 4; ++i) {
-                    const int digit = hexDigit(p_[i]);
+                    const int digit = hexDigitValue(p_[i]);
                     if (digit < 0)
                         return setError("malformed escape");
                     unit = char16_t(unit * 16 + digit);

@@ -24,6 +24,19 @@ bool hasDisplay() {
            !qEnvironmentVariableIsEmpty("WAYLAND_DISPLAY");
 }
 
+// The text and i3bar lines show no disks: listing them every slow tick would be work for
+// nothing on a status bar that runs for days.
+class NoDiskVolumes final : public DiskProviding {
+public:
+    DiskVolumeList currentVolumes() override { return {}; }
+};
+
+std::shared_ptr<DiskProviding> diskProvider(OutputFormat format, const KernelRoots& roots) {
+    if (format == OutputFormat::json || format == OutputFormat::waybar)
+        return std::make_shared<DiskMonitor>(roots);
+    return std::make_shared<NoDiskVolumes>();
+}
+
 void printTo(std::FILE* stream, const QString& text) {
     const QByteArray utf8 = text.toUtf8();
     std::fwrite(utf8.constData(), 1, static_cast<std::size_t>(utf8.size()), stream);
@@ -75,7 +88,7 @@ int main(int argc, char* argv[]) {
         {std::make_shared<CPUMonitor>(roots), std::make_shared<MemoryMonitor>(roots),
          std::make_shared<NetworkMonitor>(roots),
          std::make_shared<AppleSiliconTemperatureProvider>(roots),
-         std::make_shared<DiskMonitor>(roots)},
+         diskProvider(options.format, roots)},
         seconds(settings.updateInterval()), seconds(settings.temperatureInterval()));
     TerminalMode mode(options, settings, monitor, stdout);
     QObject::connect(&mode, &TerminalMode::finished, &app, &QCoreApplication::exit);

@@ -6,6 +6,7 @@
 #include "samplers/CPUMonitor.h"
 #include "samplers/DiskMonitor.h"
 #include "samplers/MemoryMonitor.h"
+#include "samplers/MountWatcher.h"
 #include "samplers/NetworkMonitor.h"
 #include "settings/SettingsStore.h"
 #include "settings/UserDefaults.h"
@@ -90,6 +91,13 @@ int main(int argc, char* argv[]) {
          std::make_shared<AppleSiliconTemperatureProvider>(roots),
          diskProvider(options.format, roots)},
         seconds(settings.updateInterval()), seconds(settings.temperatureInterval()));
+    // Formats that show disks re-list them as soon as a file system comes or goes.
+    std::unique_ptr<MountWatcher> mountWatcher;
+    if (options.format == OutputFormat::json || options.format == OutputFormat::waybar) {
+        mountWatcher = std::make_unique<MountWatcher>(roots);
+        QObject::connect(mountWatcher.get(), &MountWatcher::mountsChanged, &monitor,
+                         &SystemMonitor::refreshDiskVolumes);
+    }
     TerminalMode mode(options, settings, monitor, stdout);
     QObject::connect(&mode, &TerminalMode::finished, &app, &QCoreApplication::exit);
     QTimer::singleShot(0, &mode, [&mode] { mode.start(); });

@@ -1,9 +1,7 @@
 #include "appearance/AppearanceConfiguration.h"
 
-#include <QCoreApplication>
 #include <QJsonDocument>
 #include <QJsonObject>
-#include <QTranslator>
 
 #include <gtest/gtest.h>
 
@@ -12,203 +10,106 @@
 
 using namespace lumetra;
 
+namespace lumetra {
+static void PrintTo(const AppearanceConfiguration& c, std::ostream* out) {
+    *out << rawValue(c.mode) << ' ' << c.backgroundOpacity << ' ' << c.overlayOpacity << ' '
+         << c.blurIntensity << ' ' << rawValue(c.material) << ' ' << c.vibrancyEnabled;
+}
+} // namespace lumetra
+
 namespace {
 
+using M = AppearanceMode;
 using Material = VisualEffectMaterial;
-using Mode = AppearanceMode;
+using Configuration = AppearanceConfiguration;
 
-void expectConfiguration(const AppearanceConfiguration& actual,
-                         const AppearanceConfiguration& expected) {
-    EXPECT_EQ(actual.mode, expected.mode);
-    EXPECT_DOUBLE_EQ(actual.backgroundOpacity, expected.backgroundOpacity);
-    EXPECT_DOUBLE_EQ(actual.overlayOpacity, expected.overlayOpacity);
-    EXPECT_DOUBLE_EQ(actual.blurIntensity, expected.blurIntensity);
-    EXPECT_EQ(actual.material, expected.material);
-    EXPECT_EQ(actual.vibrancyEnabled, expected.vibrancyEnabled);
-}
-
-TEST(AppearanceModeTest, CasesInPickerOrderWithTheirTexts) {
-    std::vector<std::string> raw;
-    std::vector<std::string> titles;
-    for (Mode mode : kAllAppearanceModes) {
-        raw.emplace_back(rawValue(mode));
-        titles.push_back(title(mode).toStdString());
-        EXPECT_EQ(appearanceModeFromRaw(QString::fromLatin1(rawValue(mode).data())), mode);
+// Raw values in picker order, each read back; both lookups are exact ("hud", never "Hud").
+TEST(AppearanceModeTest, RawValuesInPickerOrder) {
+    QStringList raws;
+    for (M mode : kAllAppearanceModes) {
+        raws << QString::fromLatin1(rawValue(mode));
+        EXPECT_EQ(appearanceModeFromRaw(raws.last()), mode);
     }
-    EXPECT_EQ(raw, (std::vector<std::string>{"solid", "subtle", "translucent", "glass", "custom"}));
-    EXPECT_EQ(titles,
-              (std::vector<std::string>{"Solid", "Subtle", "Translucent", "Glass", "Custom"}));
-    EXPECT_EQ(description(Mode::glass),
-              QStringLiteral("Maximum glass effect, macOS-style vibrancy."));
-    EXPECT_EQ(description(Mode::solid),
-              QStringLiteral("Nearly opaque background for maximum legibility."));
-    EXPECT_FALSE(appearanceModeFromRaw(u"Glass").has_value());
-}
-
-class UpperCaseTranslator : public QTranslator {
-public:
-    QString translate(const char*, const char* source, const char*, int) const override {
-        return QString::fromUtf8(source).toUpper();
+    for (Material material : kAllVisualEffectMaterials) {
+        raws << QString::fromLatin1(rawValue(material));
+        EXPECT_EQ(visualEffectMaterialFromRaw(raws.last()), material);
     }
-    bool isEmpty() const override { return false; }
-};
-
-TEST(VisualEffectMaterialTest, TitlesAreTranslatedExceptHUD) {
-    std::vector<std::string> raw;
-    for (Material material : kAllVisualEffectMaterials)
-        raw.emplace_back(rawValue(material));
-    EXPECT_EQ(raw, (std::vector<std::string>{"automatic", "popover", "hud", "sidebar", "menu"}));
-
-    UpperCaseTranslator translator;
-    QCoreApplication::installTranslator(&translator);
-    EXPECT_EQ(title(Material::sidebar), QStringLiteral("SIDEBAR"));
-    EXPECT_EQ(title(Mode::subtle), QStringLiteral("SUBTLE"));
-    QCoreApplication::removeTranslator(&translator);
-    EXPECT_EQ(title(Material::hud), QStringLiteral("HUD"));
-    EXPECT_EQ(title(Material::automatic), QStringLiteral("Automatic"));
+    EXPECT_EQ(raws.join(' '), "solid subtle translucent glass custom automatic popover hud "
+                              "sidebar menu");
+    EXPECT_FALSE(appearanceModeFromRaw(u"Glass") || visualEffectMaterialFromRaw(u"Hud"));
 }
 
-TEST(AppearanceConfigurationTest, PresetsOfTheFixedModes) {
-    expectConfiguration(AppearanceConfiguration::preset(Mode::solid),
-                        {Mode::solid, 0.98, 0.94, 0, Material::sidebar, false});
-    expectConfiguration(AppearanceConfiguration::preset(Mode::subtle),
-                        {Mode::subtle, 0.93, 0.55, 25, Material::sidebar, true});
-    expectConfiguration(AppearanceConfiguration::preset(Mode::translucent),
-                        {Mode::translucent, 0.82, 0.32, 60, Material::popover, true});
-    expectConfiguration(AppearanceConfiguration::preset(Mode::glass),
-                        {Mode::glass, 0.68, 0.12, 90, Material::hud, true});
-    expectConfiguration(AppearanceConfiguration::preset(Mode::custom),
-                        {Mode::custom, 0.85, 0.30, 50, Material::automatic, true});
-    EXPECT_EQ(AppearanceConfiguration(), AppearanceConfiguration::preset(Mode::custom));
+// The preset of the selected mode, or the stored custom configuration as stored (its own
+// mode included), then the two accessibility overrides.
+TEST(AppearanceConfigurationTest, ResolvesThePresetOrTheStoredConfigurationAfterTheOverrides) {
+    using enum AppearanceMode;
+    using enum VisualEffectMaterial;
+    const Configuration stored{glass, 0.4, 0.95, 12, menu, true};
+    struct Case {
+        M selected;
+        std::optional<Configuration> stored;
+        bool reduceTransparency;
+        bool increaseContrast;
+        Configuration expected;
+    };
+    for (const Case& c : std::initializer_list<Case>{
+             {solid, {}, false, false, {solid, 0.98, 0.94, 0, sidebar, false}},
+             {subtle, {}, false, false, {subtle, 0.93, 0.55, 25, sidebar, true}},
+             {translucent, {}, false, false, {translucent, 0.82, 0.32, 60, popover, true}},
+             {glass, {}, false, false, {glass, 0.68, 0.12, 90, hud, true}},
+             {custom, {}, false, false, {custom, 0.85, 0.30, 50, automatic, true}},
+             {glass, {}, false, true, {glass, 0.68, 0.27, 90, hud, true}},
+             {subtle, {}, true, false, {subtle, 1.0, 1.0, 25, sidebar, false}},
+             {translucent, {}, true, true, {translucent, 1.0, 1.0, 60, popover, false}},
+             {custom, stored, false, true, {glass, 0.4, 1.0, 12, menu, true}},
+             {solid, stored, false, false, {solid, 0.98, 0.94, 0, sidebar, false}}}) {
+        SCOPED_TRACE(std::string(rawValue(c.selected)) + (c.stored ? " stored" : "") +
+                     (c.reduceTransparency ? " reduced" : "") +
+                     (c.increaseContrast ? " contrast" : ""));
+        EXPECT_EQ(
+            Configuration::resolve(c.selected, c.stored, c.reduceTransparency, c.increaseContrast),
+            c.expected);
+    }
+    EXPECT_EQ(Configuration(), Configuration::preset(custom));
 }
 
-struct ResolveCase {
-    const char* name;
-    Mode selected;
-    std::optional<AppearanceConfiguration> stored;
-    bool reduceTransparency;
-    bool increaseContrast;
-    AppearanceConfiguration expected;
-};
-
-class ResolveTest : public ::testing::TestWithParam<ResolveCase> {};
-
-TEST_P(ResolveTest, GivesTheEffectiveConfiguration) {
-    const ResolveCase& c = GetParam();
-    expectConfiguration(AppearanceConfiguration::resolve(c.selected, c.stored, c.reduceTransparency,
-                                                         c.increaseContrast),
-                        c.expected);
-}
-
-const AppearanceConfiguration kStored{Mode::glass, 0.4, 0.95, 12, Material::menu, true};
-
-INSTANTIATE_TEST_SUITE_P(
-    Table, ResolveTest,
-    ::testing::Values(ResolveCase{"GlassWithContrast",
-                                  Mode::glass,
-                                  std::nullopt,
-                                  false,
-                                  true,
-                                  {Mode::glass, 0.68, 0.27, 90, Material::hud, true}},
-                      ResolveCase{"SubtleWithReducedTransparency",
-                                  Mode::subtle,
-                                  std::nullopt,
-                                  true,
-                                  false,
-                                  {Mode::subtle, 1.0, 1.0, 25, Material::sidebar, false}},
-                      ResolveCase{"BothFlagsKeepTheOverlayAtOne",
-                                  Mode::translucent,
-                                  std::nullopt,
-                                  true,
-                                  true,
-                                  {Mode::translucent, 1.0, 1.0, 60, Material::popover, false}},
-                      ResolveCase{"CustomWithNothingStored",
-                                  Mode::custom,
-                                  std::nullopt,
-                                  false,
-                                  false,
-                                  {Mode::custom, 0.85, 0.30, 50, Material::automatic, true}},
-                      // The stored configuration's own mode field is carried through.
-                      ResolveCase{"StoredCustomClampsContrastAtOne",
-                                  Mode::custom,
-                                  kStored,
-                                  false,
-                                  true,
-                                  {Mode::glass, 0.4, 1.0, 12, Material::menu, true}},
-                      ResolveCase{"StoredCustomIgnoredForAFixedMode",
-                                  Mode::solid,
-                                  kStored,
-                                  false,
-                                  false,
-                                  {Mode::solid, 0.98, 0.94, 0, Material::sidebar, false}}),
-    [](const auto& info) { return std::string(info.param.name); });
-
-constexpr const char* kDefaultJson =
+constexpr char kDefaultJson[] =
     R"({"mode":"custom","backgroundOpacity":0.85,"overlayOpacity":0.3,"blurIntensity":50,)"
     R"("material":"automatic","vibrancyEnabled":true})";
 
-TEST(AppearanceConfigurationTest, EncodesTheSixKeysInFieldOrder) {
-    EXPECT_EQ(AppearanceConfiguration().toJson(), QByteArray(kDefaultJson));
-    const AppearanceConfiguration glass = AppearanceConfiguration::preset(Mode::glass);
-    EXPECT_EQ(AppearanceConfiguration::fromJson(*glass.toJson()), glass);
-}
-
-TEST(AppearanceConfigurationTest, NumbersJsonCannotCarryFailToEncode) {
-    AppearanceConfiguration configuration;
-    configuration.blurIntensity = std::numeric_limits<double>::infinity();
-    EXPECT_FALSE(configuration.toJson().has_value());
-    configuration.blurIntensity = 10;
-    configuration.overlayOpacity = std::nan("");
-    EXPECT_FALSE(configuration.toJson().has_value());
-}
-
-// Decodes kDefaultJson with one member replaced (or removed when `value` is null).
-std::optional<AppearanceConfiguration> decodeWith(const char* key, const QJsonValue& value) {
-    QJsonObject object = QJsonDocument::fromJson(kDefaultJson).object();
-    if (value.isUndefined())
-        object.remove(QLatin1StringView(key));
-    else
-        object.insert(QLatin1StringView(key), value);
-    return AppearanceConfiguration::fromJson(QJsonDocument(object).toJson());
-}
-
-struct DecodeCase {
-    const char* name;
-    const char* key;
-    QJsonValue value;
-    bool decodes;
-};
-
-class DecodeTest : public ::testing::TestWithParam<DecodeCase> {};
-
-TEST_P(DecodeTest, IsStrictAboutKeysAndTypes) {
-    const DecodeCase& c = GetParam();
-    EXPECT_EQ(decodeWith(c.key, c.value).has_value(), c.decodes);
-}
-
-INSTANTIATE_TEST_SUITE_P(
-    Table, DecodeTest,
-    ::testing::Values(
-        DecodeCase{"MaterialHud", "material", QStringLiteral("hud"), true},
-        DecodeCase{"MaterialCapitalHud", "material", QStringLiteral("Hud"), false},
-        DecodeCase{"ModeUnknown", "mode", QStringLiteral("frosted"), false},
-        DecodeCase{"ModeNotAString", "mode", 1, false},
-        DecodeCase{"MissingMode", "mode", QJsonValue::Undefined, false},
-        DecodeCase{"MissingBackground", "backgroundOpacity", QJsonValue::Undefined, false},
-        DecodeCase{"MissingOverlay", "overlayOpacity", QJsonValue::Undefined, false},
-        DecodeCase{"MissingBlur", "blurIntensity", QJsonValue::Undefined, false},
-        DecodeCase{"MissingMaterial", "material", QJsonValue::Undefined, false},
-        DecodeCase{"MissingVibrancy", "vibrancyEnabled", QJsonValue::Undefined, false},
-        DecodeCase{"OpacityAsText", "backgroundOpacity", QStringLiteral("0.5"), false},
-        DecodeCase{"BlurNull", "blurIntensity", QJsonValue::Null, false},
-        DecodeCase{"VibrancyAsNumber", "vibrancyEnabled", 1, false},
-        DecodeCase{"OutOfRangeIsNotClamped", "overlayOpacity", 7.5, true},
-        DecodeCase{"ExtraKeyIgnored", "shadow", true, true}),
-    [](const auto& info) { return std::string(info.param.name); });
-
-TEST(AppearanceConfigurationTest, OnlyAnObjectDecodes) {
+// Strict: an object with all six keys, the raw texts exact, numbers as numbers, the flag a
+// boolean; other keys ignored, no clamping.
+TEST(AppearanceConfigurationTest, DecodesStrictlyAndEncodesOnlyFiniteNumbers) {
+    // kDefaultJson changed: "key=json" sets a member, "key" alone removes it.
+    const auto decodes = [](const QString& change) {
+        QJsonObject object = QJsonDocument::fromJson(kDefaultJson).object();
+        const QString key = change.section('=', 0, 0);
+        object.remove(key);
+        if (change.contains('='))
+            object.insert(key,
+                          QJsonDocument::fromJson("[" + change.section('=', 1).toUtf8() + "]")[0]);
+        return Configuration::fromJson(QJsonDocument(object).toJson()).has_value();
+    };
+    for (const char* change : {"material=\"hud\"", "overlayOpacity=7.5", "shadow=true"})
+        EXPECT_TRUE(decodes(change)) << change;
+    for (const char* change :
+         {"material=\"Hud\"", "mode=\"frosted\"", "mode=1", "mode", "backgroundOpacity",
+          "overlayOpacity", "blurIntensity", "material", "vibrancyEnabled",
+          "backgroundOpacity=\"0.5\"", "blurIntensity=null", "vibrancyEnabled=1"})
+        EXPECT_FALSE(decodes(change)) << change;
     for (const char* text : {"", "[]", "null", "\"custom\"", "{", "{}"})
-        EXPECT_FALSE(AppearanceConfiguration::fromJson(QByteArray(text)).has_value()) << text;
+        EXPECT_FALSE(Configuration::fromJson(QByteArray(text)).has_value()) << text;
+
+    EXPECT_EQ(Configuration().toJson(), QByteArray(kDefaultJson));
+    for (double Configuration::*field :
+         {&Configuration::backgroundOpacity, &Configuration::overlayOpacity,
+          &Configuration::blurIntensity}) {
+        for (const double bad : {std::numeric_limits<double>::infinity(), std::nan("")}) {
+            Configuration configuration;
+            configuration.*field = bad;
+            EXPECT_FALSE(configuration.toJson().has_value());
+        }
+    }
 }
 
 } // namespace

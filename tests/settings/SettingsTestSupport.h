@@ -1,12 +1,11 @@
 #pragma once
 
 #include "settings/SettingsFileFormat.h"
+#include "settings/SettingsStore.h"
 
 #include <QDir>
 #include <QFile>
-#include <QStringList>
 #include <QTemporaryDir>
-#include <QVariantMap>
 
 #include <gtest/gtest.h>
 
@@ -19,63 +18,46 @@ inline void PrintTo(const QString& text, std::ostream* out) {
 
 namespace lumetra::testing {
 
-// A settings directory in a temporary folder, laid out as $XDG_CONFIG_HOME/lumetra.
-class SettingsDir {
-public:
-    QString root() const { return dir_.path(); }
-    QString directory() const { return dir_.path() + QStringLiteral("/lumetra"); }
-    QString file() const { return directory() + QStringLiteral("/settings.json"); }
+inline QByteArray readFile(const QString& path) {
+    QFile in(path);
+    return in.open(QIODevice::ReadOnly) ? in.readAll() : QByteArray();
+}
 
+inline QVariantMap parsed(QByteArrayView text) {
+    return SettingsFileFormat::parse(text).domain.value();
+}
+
+// A settings file in a temporary $XDG_CONFIG_HOME/lumetra, holding `bytes` (none: no file).
+struct SettingsFolder {
+    explicit SettingsFolder(const QByteArray& bytes = {}) {
+        if (!bytes.isNull())
+            write(bytes);
+    }
+    QString directory() const { return dir.path() + QStringLiteral("/lumetra"); }
+    QString file() const { return directory() + QStringLiteral("/settings.json"); }
+    QByteArray bytes() const { return readFile(file()); }
     void write(const QByteArray& bytes) const {
         QDir().mkpath(directory());
         QFile out(file());
         ASSERT_TRUE(out.open(QIODevice::WriteOnly | QIODevice::Truncate));
         out.write(bytes);
     }
-
-    void copyFixture(const QString& name) const { write(fixture(name)); }
-
-    static QByteArray fixture(const QString& name) {
-        QFile in(QStringLiteral(LUMETRA_FIXTURES_DIR "/settings/") + name);
-        EXPECT_TRUE(in.open(QIODevice::ReadOnly)) << name.toStdString();
-        return in.readAll();
-    }
-
-    QByteArray bytes() const {
-        QFile in(file());
-        return in.open(QIODevice::ReadOnly) ? in.readAll() : QByteArray();
-    }
-
-    // The file as it stands on disk, parsed with the typed encoding.
-    QVariantMap domain() const {
-        const auto parsed = SettingsFileFormat::parse(bytes());
-        EXPECT_TRUE(parsed.domain.has_value()) << parsed.error.toStdString();
-        return parsed.domain.value_or(QVariantMap());
-    }
-
+    // The file parsed with the typed encoding.
+    QVariantMap domain() const { return parsed(bytes()); }
     // Everything in the directory except the settings file itself.
     QStringList others() const {
         QStringList names = QDir(directory()).entryList(QDir::AllEntries | QDir::NoDotAndDotDot);
         names.removeAll(QStringLiteral("settings.json"));
         return names;
     }
-
-private:
-    QTemporaryDir dir_;
+    QTemporaryDir dir;
 };
 
-// Collects the messages of the settings log category while it lives.
-class SettingsLog {
-public:
-    SettingsLog();
-    ~SettingsLog();
-    QStringList lines() const { return lines_; }
-
-private:
-    static void handler(QtMsgType type, const QMessageLogContext& context, const QString& text);
-    static SettingsLog* current_;
-    QtMessageHandler previous_;
-    QStringList lines_;
+// A store loaded from such a file.
+struct LoadedStore : SettingsFolder {
+    explicit LoadedStore(const QByteArray& bytes = {}) : SettingsFolder(bytes) {}
+    UserDefaults defaults{file()};
+    SettingsStore store{defaults};
 };
 
 } // namespace lumetra::testing

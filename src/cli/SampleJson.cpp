@@ -1,5 +1,6 @@
 #include "cli/SampleJson.h"
 
+#include <cmath>
 #include <cstdio>
 #include <ctime>
 
@@ -20,6 +21,18 @@ std::string isoTimestamp(Instant instant) {
     return buffer;
 }
 
+namespace {
+
+// Sensor readings pass through a 32-bit float, so 55.6 °C arrives as 55.599998474121094.
+// No sensor resolves finer than a millidegree, so rounding there drops only that noise.
+std::optional<double> inMillidegrees(std::optional<double> celsius) {
+    if (!celsius || !std::isfinite(*celsius))
+        return celsius;
+    return std::round(*celsius * 1000.0) / 1000.0;
+}
+
+} // namespace
+
 void writeSampleJson(JsonWriter& json, const SystemMetrics& metrics, const DiskVolumeList& disks,
                      const QString& label) {
     json.beginObject();
@@ -29,7 +42,7 @@ void writeSampleJson(JsonWriter& json, const SystemMetrics& metrics, const DiskV
     json.key("memoryTotal").value(metrics.memoryTotal);
     json.key("memoryPercentage").value(metrics.memoryPercentage);
     json.key("memoryPressure").value(rawValue(metrics.memoryPressure));
-    json.key("temperature").value(metrics.temperature);
+    json.key("temperature").value(inMillidegrees(metrics.temperature));
     json.key("thermalState").value(rawValue(metrics.thermalState));
     json.key("temperatureAvailability").value(caseName(metrics.temperatureAvailability));
     json.key("downloadBytesPerSecond").value(metrics.downloadBytesPerSecond);

@@ -91,9 +91,12 @@ int main(int argc, char* argv[]) {
          std::make_shared<AppleSiliconTemperatureProvider>(roots),
          diskProvider(options.format, roots)},
         seconds(settings.updateInterval()), seconds(settings.temperatureInterval()));
-    // Formats that show disks re-list them as soon as a file system comes or goes.
+    // Formats that show disks re-list them as soon as a file system comes or goes; a single
+    // --print line has nothing to re-list.
     std::unique_ptr<MountWatcher> mountWatcher;
-    if (options.format == OutputFormat::json || options.format == OutputFormat::waybar) {
+    const bool showsDisks =
+        options.format == OutputFormat::json || options.format == OutputFormat::waybar;
+    if (showsDisks && options.action == TerminalOptions::Action::watch) {
         mountWatcher = std::make_unique<MountWatcher>(roots);
         QObject::connect(mountWatcher.get(), &MountWatcher::mountsChanged, &monitor,
                          &SystemMonitor::refreshDiskVolumes);

@@ -112,7 +112,7 @@ const char* NetworkMonitor::refreshInterfaces() {
         closeDirectory();
     }
     interfaces_.clear();
-    return "has no interfaces";
+    return "no interfaces";
 }
 
 void NetworkMonitor::reportFailure(const char* why) {
@@ -120,7 +120,7 @@ void NetworkMonitor::reportFailure(const char* why) {
         return;
     failureReported_ = true;
     qCCritical(logMonitoring, "getifaddrs failed");
-    qCWarning(logMonitoring, "%s %s", directory_.c_str(), why);
+    qCWarning(logMonitoring, "%s: %s", directory_.c_str(), why);
 }
 
 namespace {

@@ -1,21 +1,25 @@
 #include "format/MenuBarLabel.h"
 #include "format/LevelColor.h"
+#include "support/Cases.h"
 
 #include <gtest/gtest.h>
 
 using namespace lumetra;
+using M = MenuBarMetric;
 
 namespace {
 
-SystemMetrics sample() {
+SystemMetrics sample(std::optional<double> temperature = 52.4) {
     SystemMetrics metrics;
     metrics.cpuUsage = 14;
     metrics.memoryUsed = 3ull << 30;
     metrics.memoryTotal = 16ull << 30;
     metrics.memoryPercentage = 47;
-    metrics.temperature = 52.4;
+    metrics.temperature = temperature;
     return metrics;
 }
+
+const MetricHistory kNone;
 
 MetricHistory history(std::initializer_list<double> values) {
     MetricHistory result;
@@ -24,68 +28,59 @@ MetricHistory history(std::initializer_list<double> values) {
     return result;
 }
 
-LabelSettings only(std::initializer_list<MenuBarMetric> metrics) {
+LabelSettings only(std::initializer_list<M> metrics,
+                   MemoryDisplayFormat memory = MemoryDisplayFormat::percentageOnly,
+                   TemperatureDisplayFormat temperature = TemperatureDisplayFormat::degreesWithUnit,
+                   MenuBarSeparator separator = MenuBarSeparator::space) {
     LabelSettings settings;
-    settings.displayedMetrics = QList<MenuBarMetric>(metrics);
-    return settings;
-}
-
-TEST(LabelTextTest, DefaultSettingsLine) {
-    EXPECT_EQ(labelText(sample(), LabelSettings()),
-              QStringLiteral("CPU 14%  RAM 47%  52°C  ↓ 0 B/s  ↑ 0 B/s"));
-}
-
-struct LabelCase {
-    const char* name;
-    LabelSettings settings;
-    const char* expected;
-};
-
-LabelSettings with(LabelSettings settings, MemoryDisplayFormat memory,
-                   TemperatureDisplayFormat temperature, MenuBarSeparator separator) {
+    settings.displayedMetrics = QList<M>(metrics);
     settings.memoryFormat = memory;
     settings.temperatureFormat = temperature;
     settings.separator = separator;
     return settings;
 }
 
+struct LabelCase {
+    std::string name;
+    LabelSettings settings;
+    const char* expected;
+    std::optional<double> temperature = 52.4;
+};
+
 class LabelTextFormatsTest : public ::testing::TestWithParam<LabelCase> {};
 
 TEST_P(LabelTextFormatsTest, BuildsTheTextLine) {
-    EXPECT_EQ(labelText(sample(), GetParam().settings), QString::fromUtf8(GetParam().expected));
+    EXPECT_EQ(labelText(sample(GetParam().temperature), GetParam().settings),
+              QString::fromUtf8(GetParam().expected));
 }
 
-using M = MenuBarMetric;
+using Memory = MemoryDisplayFormat;
+using Temperature = TemperatureDisplayFormat;
+using Separator = MenuBarSeparator;
 INSTANTIATE_TEST_SUITE_P(
     Formats, LabelTextFormatsTest,
     ::testing::Values(
+        LabelCase{"Default", LabelSettings(), "CPU 14%  RAM 47%  52°C  ↓ 0 B/s  ↑ 0 B/s"},
         LabelCase{"UsedOverTotalHasNoPrefix",
-                  with(only({M::memory, M::temperature}), MemoryDisplayFormat::usedOverTotal,
-                       TemperatureDisplayFormat::degreesWithUnit, MenuBarSeparator::dot),
+                  only({M::memory, M::temperature}, Memory::usedOverTotal,
+                       Temperature::degreesWithUnit, Separator::dot),
                   "3.0 GB / 16.0 GB · 52°C"},
-        LabelCase{"UsedOnly",
-                  with(only({M::memory}), MemoryDisplayFormat::usedOnly,
-                       TemperatureDisplayFormat::degreesOnly, MenuBarSeparator::space),
+        LabelCase{"UsedOnly", only({M::memory}, Memory::usedOnly, Temperature::degreesOnly),
                   "RAM 3.0 GB"},
         LabelCase{"BothAndLabeledCPU",
-                  with(only({M::memory, M::temperature}), MemoryDisplayFormat::both,
-                       TemperatureDisplayFormat::labeledCPU, MenuBarSeparator::verticalBar),
+                  only({M::memory, M::temperature}, Memory::both, Temperature::labeledCPU,
+                       Separator::verticalBar),
                   "RAM 3.0 GB 47% | CPU 52°C"},
         LabelCase{"LabeledTempAndBullet",
-                  with(only({M::cpu, M::temperature}), MemoryDisplayFormat::percentageOnly,
-                       TemperatureDisplayFormat::labeledTemp, MenuBarSeparator::bullet),
+                  only({M::cpu, M::temperature}, Memory::percentageOnly, Temperature::labeledTemp,
+                       Separator::bullet),
                   "CPU 14% • Temp 52°C"},
         LabelCase{"DuplicatesKept", only({M::cpu, M::cpu}), "CPU 14%  CPU 14%"},
-        LabelCase{"NothingEnabled", only({}), "lumetra"}),
-    [](const auto& info) { return std::string(info.param.name); });
-
-TEST(LabelTextTest, MissingTemperatureIsLeftOut) {
-    SystemMetrics metrics = sample();
-    metrics.temperature.reset();
-    EXPECT_EQ(labelText(metrics, only({M::temperature})), "lumetra");
-    EXPECT_EQ(labelText(metrics, only({M::cpu, M::temperature, M::upload})),
-              QStringLiteral("CPU 14%  ↑ 0 B/s"));
-}
+        LabelCase{"NothingEnabled", only({}), "lumetra"},
+        LabelCase{"MissingTemperatureIsLeftOut", only({M::cpu, M::temperature, M::upload}),
+                  "CPU 14%  ↑ 0 B/s", std::nullopt},
+        LabelCase{"OnlyAMissingTemperature", only({M::temperature}), "lumetra", std::nullopt}),
+    lumetra::testing::byName);
 
 TEST(ChipsTest, OneChipPerMetricWithGraphsAndLevels) {
     SystemMetrics metrics = sample();
@@ -100,41 +95,41 @@ TEST(ChipsTest, OneChipPerMetricWithGraphsAndLevels) {
     EXPECT_EQ(row[4], (MenuBarChipContent{M::upload, "0 B/s", {}, std::nullopt}));
 }
 
-TEST(ChipsTest, MissingTemperatureReadsUnavailable) {
-    SystemMetrics metrics = sample();
-    metrics.temperature.reset();
-    const auto row = chips(metrics, MetricHistory(), MetricHistory(), only({M::temperature}));
-    ASSERT_EQ(row.size(), 1);
-    EXPECT_EQ(row[0], (MenuBarChipContent{M::temperature, "Unavailable", {}, std::nullopt}));
-    EXPECT_EQ(levelColor(row[0].percentage), LevelColor::secondary);
-}
-
-TEST(ChipsTest, TemperatureScaleTurnsOrangeAt80AndRedAt92) {
-    SystemMetrics metrics = sample();
-    for (const auto& [celsius, color] :
-         {std::pair{79.9, LevelColor::accent}, std::pair{80.0, LevelColor::orange},
-          std::pair{92.0, LevelColor::red}, std::pair{-40.0, LevelColor::accent}}) {
-        metrics.temperature = celsius;
-        const auto row = chips(metrics, MetricHistory(), MetricHistory(), only({M::temperature}));
-        EXPECT_EQ(levelColor(row[0].percentage), color) << celsius;
+// The temperature's level turns orange at 80 °C and red at 92 °C; without one it is secondary.
+TEST(ChipsTest, TemperatureChipTextAndLevel) {
+    using enum LevelColor;
+    for (const auto& [celsius, text, color] :
+         std::initializer_list<std::tuple<std::optional<double>, const char*, LevelColor>>{
+             {std::nullopt, "Unavailable", secondary},
+             {79.9, "80°C", accent},
+             {80.0, "80°C", orange},
+             {92.0, "92°C", red},
+             {-40.0, "-40°C", accent}}) {
+        const auto row = chips(sample(celsius), kNone, kNone, only({M::temperature}));
+        ASSERT_EQ(row.size(), 1);
+        EXPECT_EQ(row[0].valueText, QString::fromUtf8(text));
+        EXPECT_EQ(levelColor(row[0].percentage), color) << text;
     }
 }
 
 struct LineCase {
-    const char* name;
+    std::string name;
     MenuBarDisplayStyle style;
     const char* expected;
 };
 
 class LabelLineTest : public ::testing::TestWithParam<LineCase> {};
 
+// At 100 % the CPU's part of the line is red in every style.
 TEST_P(LabelLineTest, ChipsInTextForm) {
     SystemMetrics metrics = sample();
     metrics.cpuUsage = 100;
     LabelSettings settings = only({M::cpu, M::temperature, M::download});
     settings.style = GetParam().style;
-    EXPECT_EQ(labelLine(metrics, history({0, 50, 100}), MetricHistory(), settings),
+    EXPECT_EQ(labelLine(metrics, history({0, 50, 100}), kNone, settings),
               QString::fromUtf8(GetParam().expected));
+    EXPECT_EQ(levelColor(labelPieces(metrics, kNone, kNone, settings).front().percentage),
+              LevelColor::red);
 }
 
 INSTANTIATE_TEST_SUITE_P(
@@ -144,17 +139,6 @@ INSTANTIATE_TEST_SUITE_P(
         LineCase{"IconAndText", MenuBarDisplayStyle::iconAndText, "C 100%  T 52°C  ↓ 0 B/s"},
         LineCase{"CompactGraph", MenuBarDisplayStyle::compactGraph, "C ▁▄█ 100%  T 52°C  ↓ 0 B/s"},
         LineCase{"MiniBar", MenuBarDisplayStyle::miniBar, "C ▓▓▓▓▓ 100%  T ▓▓░░░ 52°C  ↓ 0 B/s"}),
-    [](const auto& info) { return std::string(info.param.name); });
-
-TEST(LabelLineTest, FullCPUBarIsRed) {
-    SystemMetrics metrics = sample();
-    metrics.cpuUsage = 100;
-    LabelSettings settings = only({M::cpu});
-    settings.style = MenuBarDisplayStyle::miniBar;
-    const auto pieces = labelPieces(metrics, MetricHistory(), MetricHistory(), settings);
-    ASSERT_EQ(pieces.size(), 1);
-    EXPECT_TRUE(pieces[0].text.contains(QStringLiteral("▓▓▓▓▓")));
-    EXPECT_EQ(levelColor(pieces[0].percentage), LevelColor::red);
-}
+    lumetra::testing::byName);
 
 } // namespace

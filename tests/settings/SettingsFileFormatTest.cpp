@@ -50,24 +50,14 @@ TEST(SettingsFileFormatTest, ReadsTypesApartAndRefusesAnythingElse) {
     }
 }
 
+// written.json shows the layout: four-space indents, sorted keys, wrappers on one line.
 TEST(SettingsFileFormatTest, WritesIndentedSortedAndTyped) {
     const QVariantMap domain = lumetra::testing::parsed(
         R"({"separator": "dot", "launchCount": 3, "updateInterval": 1.0, "enabledMetrics": [],
             "metricOrder": ["cpu", "upload"], "customConfiguration": {"data": "e30="},
             "lastUpdateCheckDate": {"date": "2026-11-22T06:15:00+01:00"}})");
-    EXPECT_EQ(SettingsFileFormat::serialize(domain), QByteArray(R"({
-    "customConfiguration": {"data": "e30="},
-    "enabledMetrics": [],
-    "lastUpdateCheckDate": {"date": "2026-11-22T05:15:00.000Z"},
-    "launchCount": 3,
-    "metricOrder": [
-        "cpu",
-        "upload"
-    ],
-    "separator": "dot",
-    "updateInterval": 1.0
-}
-)"));
+    EXPECT_EQ(SettingsFileFormat::serialize(domain),
+              lumetra::testing::readFile(LUMETRA_FIXTURES_DIR "/settings/written.json"));
 }
 
 TEST(SettingsFileFormatTest, WhatIsWrittenReadsBackIdentical) {

@@ -34,8 +34,11 @@ QByteArray data(const char* json) {
     return R"({"data": ")" + QByteArray(json).toBase64() + R"("})";
 }
 
-const QByteArray kEveryKey =
-    lumetra::testing::readFile(LUMETRA_FIXTURES_DIR "/settings/every-key.json");
+QByteArray fixture(const QString& name) {
+    return lumetra::testing::readFile(LUMETRA_FIXTURES_DIR "/settings/" + name + ".json");
+}
+
+const QByteArray kEveryKey = fixture("every-key");
 constexpr char kStoredJson[] = // every-key.json's custom configuration
     R"({"mode":"translucent","backgroundOpacity":0.5,"overlayOpacity":0.25,"blurIntensity":40,)"
     R"("material":"hud","vibrancyEnabled":false})";
@@ -99,20 +102,11 @@ TEST(SettingsStoreTest, EveryKeyReadsItsValueOrFallsBack) {
 }
 
 // Over a file holding every key, each key in turn is assigned the value a store reads from
-// `values` (the last two: no value). The file then holds that key as `values` does, type
-// included, the other keys untouched; assigning it again writes again but notifies nobody;
-// the next launch reads it back.
+// every-key-changed.json (the last two: no value). The file then holds that key as `values` does,
+// type included, the other keys untouched; assigning it again writes again but notifies nobody; the
+// next launch reads it back.
 TEST(SettingsStoreTest, EveryKeyIsWrittenAtOnceWithItsType) {
-    const QVariantMap values = parsed(R"({"launchAtLogin": false,
-        "showWelcomeScreen": true, "hasCompletedOnboarding": false, "launchCount": 5,
-        "supportPromptDismissedVersion": "2.0", "automaticallyCheckForUpdates": true,
-        "lastUpdateCheckDate": {"date": "2026-11-22T05:15:00.500Z"},
-        "enabledMetrics": ["memory", "upload"], "metricOrder": ["upload", "cpu", "upload"],
-        "separator": "bullet", "memoryFormat": "both", "temperatureFormat": "labeledCPU",
-        "menuBarDisplayStyle": "compactGraph", "themePreference": "light",
-        "appearanceMode": "solid", "metricCardStyle": "sparklineArea",
-        "updateInterval": 2.0, "temperatureInterval": 1.0, "customConfiguration": )" +
-                                      kDefaultConfiguration + "}");
+    const QVariantMap values = parsed(fixture("every-key-changed"));
     const QStringList keys = values.keys() << "supportPromptDismissedVersion"
                                            << "lastUpdateCheckDate";
     for (qsizetype i = 0; i < keys.size(); ++i) {
@@ -207,18 +201,9 @@ TEST(SettingsStoreTest, ResetRemovesSeventeenKeysThenAssignsTheDefaults) {
     expectedNotified.sort();
     EXPECT_EQ(notified, expectedNotified);
 
-    // The launch count and the last check keep counting; the onboarding flag is gone from
-    // the file but kept in memory until the next launch.
-    const QVariantMap expected = parsed(R"({"launchAtLogin": false,
-        "showWelcomeScreen": true, "launchCount": 7, "automaticallyCheckForUpdates": true,
-        "lastUpdateCheckDate": {"date": "2026-11-21T08:30:00.250Z"},
-        "enabledMetrics": ["cpu", "memory", "temperature"],
-        "metricOrder": ["cpu", "memory", "temperature", "download", "upload"],
-        "separator": "space", "memoryFormat": "percentageOnly",
-        "temperatureFormat": "degreesWithUnit", "menuBarDisplayStyle": "textOnly",
-        "themePreference": "system", "appearanceMode": "glass", "metricCardStyle": "classic",
-        "updateInterval": 1.0, "temperatureInterval": 2.0, "customConfiguration": )" +
-                                        kDefaultConfiguration + "}");
+    // after-reset.json: the launch count and the last check keep counting; the onboarding flag
+    // is gone from the file but kept in memory until the next launch.
+    const QVariantMap expected = parsed(fixture("after-reset"));
     EXPECT_TRUE(SettingsFileFormat::identical(loaded.domain(), expected))
         << loaded.bytes().constData();
     EXPECT_TRUE(store.hasCompletedOnboarding());

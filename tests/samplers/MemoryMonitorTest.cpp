@@ -108,59 +108,6 @@ TEST(PressureLevelRuleTest, AveragesParseAndMapAtTenPercent) {
         EXPECT_EQ(PressureLevelRule::levelFromAverages({some, full}), level) << some << full;
 }
 
-TEST(PressureLevelRuleTest, EventsRaiseAndTenQuietSecondsOfCalmAveragesLower) {
-    PressureLevelRule rule;
-    const Clock::time_point t0{};
-    EXPECT_FALSE(rule.needsAverages(t0)) << "normal never needs the file";
-    rule.onEvent(PressureEvent::warning, t0);
-    EXPECT_EQ(rule.level(), Level::elevated);
-    rule.settle({25, 0}, t0 + std::chrono::seconds(60));
-    EXPECT_EQ(rule.level(), Level::elevated) << "high averages keep the level";
-    const Clock::time_point t1 = t0 + std::chrono::seconds(100);
-    rule.onEvent(PressureEvent::critical, t1);
-    EXPECT_EQ(rule.level(), Level::critical);
-    rule.settle({0, 0}, t1 + std::chrono::milliseconds(9999));
-    EXPECT_EQ(rule.level(), Level::critical) << "a trigger fired less than 10 s ago";
-    rule.settle({10, 9.99}, t1 + std::chrono::seconds(10));
-    EXPECT_EQ(rule.level(), Level::elevated) << "full calm, some still high";
-    rule.settle({9.99, 0}, t1 + std::chrono::seconds(11));
-    EXPECT_EQ(rule.level(), Level::normal);
-}
-
-// Pipes stand in for the kernel's PSI triggers, with a clock the test moves.
-class FakeTriggers {
-public:
-    FakeTriggers() {
-        for (auto* fds : {warning_, critical_})
-            EXPECT_EQ(::pipe2(fds, O_NONBLOCK | O_CLOEXEC), 0);
-    }
-    ~FakeTriggers() { closeWriteEnds(); }
-
-    MemoryMonitor::Options options() {
-        MemoryMonitor::Options options;
-        options.armTriggers = [this](const std::string&, std::string&) {
-            return std::vector<PressureTrigger>{{warning_[0], PressureEvent::warning, POLLIN},
-                                                {critical_[0], PressureEvent::critical, POLLIN}};
-        };
-        options.now = [this] { return now.load(); };
-        return options;
-    }
-    void fire(PressureEvent event) {
-        ASSERT_EQ(::write(event == PressureEvent::warning ? warning_[1] : critical_[1], "x", 1), 1);
-    }
-    void closeWriteEnds() {
-        for (int* fd : {&warning_[1], &critical_[1]})
-            if (*fd >= 0)
-                ::close(std::exchange(*fd, -1));
-    }
-
-    std::atomic<Clock::time_point> now{};
-
-private:
-    int warning_[2]{-1, -1};
-    int critical_[2]{-1, -1};
-};
-
 // Waits (bounded) for the watcher thread to deliver what the test sent.
 bool eventually(const std::function<bool()>& predicate) {
     for (int i = 0; i < 500 && !predicate(); ++i)
@@ -168,28 +115,47 @@ bool eventually(const std::function<bool()>& predicate) {
     return predicate();
 }
 
-TEST(MemoryMonitorPressureTest, BothTriggersRaiseTheLevelAndQuietReturnsToNormal) {
+// Pipes stand in for the kernel's PSI triggers, with a clock the test moves. An event raises
+// the level; ten quiet seconds with calm averages lower it.
+TEST(MemoryMonitorPressureTest, TriggersRaiseTheLevelAndLostTriggersFallBackToTheAverages) {
     ScratchTree tree;
-    tree.write("proc/pressure/memory", pressureFile("0.00", "0.00"));
-    FakeTriggers triggers;
-    MemoryMonitor monitor(KernelRoots(tree.root()), triggers.options());
+    const auto averages = [&](const char* some, const char* full) {
+        tree.write("proc/pressure/memory", pressureFile(some, full));
+    };
+    averages("12.00", "1.00");
+    int warning[2], critical[2];
+    ASSERT_EQ(::pipe2(warning, O_NONBLOCK | O_CLOEXEC), 0);
+    ASSERT_EQ(::pipe2(critical, O_NONBLOCK | O_CLOEXEC), 0);
+    std::atomic<Clock::time_point> now{};
+    MemoryMonitor::Options options;
+    options.armTriggers = [&](const std::string&, std::string&) {
+        return std::vector<PressureTrigger>{{warning[0], PressureEvent::warning, POLLIN},
+                                            {critical[0], PressureEvent::critical, POLLIN}};
+    };
+    options.now = [&] { return now.load(); };
+    const auto later = [&](std::chrono::milliseconds step) { now = now.load() + step; };
+    MemoryMonitor monitor(KernelRoots(tree.root()), options);
     ASSERT_TRUE(monitor.triggersArmed());
-    EXPECT_EQ(monitor.pressure(), Level::normal);
-    triggers.fire(PressureEvent::warning);
+    EXPECT_EQ(monitor.pressure(), Level::normal) << "armed: normal never needs the file";
+    EXPECT_EQ(::write(warning[1], "x", 1), 1);
     EXPECT_TRUE(eventually([&] { return monitor.pressure() == Level::elevated; }));
-    triggers.fire(PressureEvent::critical);
+    later(std::chrono::seconds(60));
+    EXPECT_EQ(monitor.pressure(), Level::elevated) << "high averages keep the level";
+    EXPECT_EQ(::write(critical[1], "x", 1), 1);
     EXPECT_TRUE(eventually([&] { return monitor.pressure() == Level::critical; }));
-    triggers.now = triggers.now.load() + std::chrono::seconds(10);
+    averages("0.00", "0.00");
+    later(std::chrono::milliseconds(9999));
+    EXPECT_EQ(monitor.pressure(), Level::critical) << "a trigger fired less than 10 s ago";
+    averages("10.00", "9.99");
+    later(std::chrono::milliseconds(1));
+    EXPECT_EQ(monitor.pressure(), Level::elevated) << "full calm, some still high";
+    averages("9.99", "0.00");
+    later(std::chrono::seconds(1));
     EXPECT_EQ(monitor.pressure(), Level::normal);
-}
 
-TEST(MemoryMonitorPressureTest, LostTriggersFallBackToTheAverages) {
-    ScratchTree tree;
-    tree.write("proc/pressure/memory", pressureFile("12.00", "1.00"));
-    FakeTriggers triggers;
-    MemoryMonitor monitor(KernelRoots(tree.root()), triggers.options());
-    EXPECT_EQ(monitor.pressure(), Level::normal) << "armed: no event yet";
-    triggers.closeWriteEnds();
+    averages("12.00", "1.00");
+    ::close(warning[1]);
+    ::close(critical[1]);
     EXPECT_TRUE(eventually([&] { return !monitor.triggersArmed(); }));
     EXPECT_EQ(monitor.pressure(), Level::elevated);
 }

@@ -2,7 +2,9 @@
 
 #include <cerrno>
 #include <fcntl.h>
+#include <linux/magic.h>
 #include <sys/stat.h>
+#include <sys/vfs.h>
 #include <unistd.h>
 
 namespace lumetra {
@@ -62,11 +64,16 @@ int openForReading(const std::string& path) {
     return ::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY);
 }
 
-bool isReadableKind(int fd) {
-    struct stat info {};
-    if (::fstat(fd, &info) != 0)
-        return false;
-    return S_ISREG(info.st_mode);
+// Only regular files read as text; a directory or device planted in a saved tree does not.
+bool isRegularFile(int fd, struct stat& info) {
+    return ::fstat(fd, &info) == 0 && S_ISREG(info.st_mode);
+}
+
+bool isKernelFileSystem(int fd) {
+    struct statfs info {};
+    if (::fstatfs(fd, &info) != 0)
+        return true; // cannot tell: treat it as the kernel's and skip the checks
+    return info.f_type == PROC_SUPER_MAGIC || info.f_type == SYSFS_MAGIC;
 }
 
 } // namespace
@@ -91,16 +98,29 @@ bool KernelFile::ensureOpen(KernelFileRead& result) {
         result = failure(errno);
         return false;
     }
-    if (!isReadableKind(fd_)) {
+    struct stat info {};
+    if (!isRegularFile(fd_, info)) {
         close();
         result = failure(EISDIR);
         return false;
     }
+    mayBeReplaced_ = !isKernelFileSystem(fd_);
+    device_ = info.st_dev;
+    inode_ = info.st_ino;
     return true;
+}
+
+void KernelFile::closeIfReplaced() {
+    if (fd_ < 0 || !mayBeReplaced_)
+        return;
+    struct stat info {};
+    if (::stat(path_.c_str(), &info) != 0 || info.st_dev != device_ || info.st_ino != inode_)
+        close();
 }
 
 KernelFileRead KernelFile::readPrefix(std::size_t limit) {
     KernelFileRead result;
+    closeIfReplaced();
     if (!ensureOpen(result))
         return result;
     if (buffer_.size() < limit)
@@ -117,6 +137,7 @@ KernelFileRead KernelFile::readPrefix(std::size_t limit) {
 
 KernelFileRead KernelFile::readAll() {
     KernelFileRead result;
+    closeIfReplaced();
     if (!ensureOpen(result))
         return result;
     if (buffer_.empty())
@@ -154,7 +175,8 @@ KernelFileRead KernelFile::readOnce(const std::string& path, std::string& buffer
     if (fd < 0)
         return failure(errno);
     KernelFileRead result;
-    if (!isReadableKind(fd)) {
+    struct stat info {};
+    if (!isRegularFile(fd, info)) {
         ::close(fd);
         return failure(EISDIR);
     }

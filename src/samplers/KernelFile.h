@@ -3,6 +3,7 @@
 #include <cstddef>
 #include <string>
 #include <string_view>
+#include <sys/types.h>
 #include <vector>
 
 namespace lumetra {
@@ -31,6 +32,9 @@ struct KernelFileRead {
 // A /proc or /sys file kept open and re-read from offset 0 into a buffer of its own, so a
 // sampling tick costs one pread and no allocation once the buffer has grown to the file.
 // The size stat reports for these files is 0 or a lie, so we read until the end or the cap.
+// The kernel never replaces its own files, but a saved tree on an ordinary file system may be
+// rewritten by rename between readings: there each read first checks that the path still
+// names the open file, and opens it again when it does not.
 class KernelFile {
 public:
     explicit KernelFile(std::string path, std::size_t cap = 1 << 20);
@@ -55,11 +59,15 @@ public:
 
 private:
     bool ensureOpen(KernelFileRead& result);
+    void closeIfReplaced();
     void close();
 
     std::string path_;
     std::size_t cap_;
     int fd_ = -1;
+    bool mayBeReplaced_ = false; // open on an ordinary file system, not procfs or sysfs
+    dev_t device_ = 0;
+    ino_t inode_ = 0;
     std::vector<char> buffer_;
 };
 

@@ -49,6 +49,21 @@ auto inNamespace(const std::string& name, Work work) {
     return result;
 }
 
+// `ip netns add` makes /run/netns a mount point of its own and `ip netns del` leaves it.
+constexpr char kNamespaceDirectory[] = "/run/netns";
+
+bool isMountPoint(const char* path) {
+    QFile table("/proc/self/mountinfo");
+    if (!table.open(QIODevice::ReadOnly))
+        return false;
+    for (const QByteArray& line : table.readAll().split('\n')) {
+        const QList<QByteArray> fields = line.split(' ');
+        if (fields.size() > 4 && fields[4] == path)
+            return true;
+    }
+    return false;
+}
+
 sockaddr_in receiverAddress() {
     sockaddr_in address{};
     address.sin_family = AF_INET;
@@ -71,6 +86,8 @@ protected:
         nsB_ = "lumetra-" + id + "-b";
         ifA_ = "lmt" + id + "a";
         ifB_ = "lmt" + id + "b";
+        namespaceDirectoryExisted_ = QFileInfo::exists(kNamespaceDirectory);
+        namespaceDirectoryMounted_ = isMountPoint(kNamespaceDirectory);
         for (const auto& [ns, tree] : {std::pair{nsA_, &rootA_}, std::pair{nsB_, &rootB_}}) {
             ASSERT_TRUE(run("ip", {"netns", "add", ns}));
             created_.push_back(ns);
@@ -114,6 +131,17 @@ protected:
             ::umount2(target.c_str(), MNT_DETACH);
         for (const QString& ns : created_)
             QProcess::execute("ip", {"netns", "del", ns}); // takes its interfaces with it
+        removeNamespaceDirectory();
+    }
+
+    // Undoes what ip did to /run/netns, unless it was so before or another namespace uses it.
+    void removeNamespaceDirectory() const {
+        if (created_.empty() || !QDir(kNamespaceDirectory).isEmpty())
+            return;
+        if (!namespaceDirectoryMounted_ && isMountPoint(kNamespaceDirectory))
+            ::umount2(kNamespaceDirectory, MNT_DETACH);
+        if (!namespaceDirectoryExisted_)
+            ::rmdir(kNamespaceDirectory);
     }
 
     void createPair() {
@@ -156,6 +184,8 @@ protected:
     ScratchTree rootA_, rootB_;
     std::vector<QString> created_;
     std::vector<std::string> mounted_;
+    bool namespaceDirectoryExisted_ = false;
+    bool namespaceDirectoryMounted_ = false;
     int sender_ = -1;
     int receiver_ = -1;
 };

@@ -34,6 +34,13 @@ public:
         file.write(content);
     }
 
+    // Writes a new file beside the old one and renames it over it, as atomic writers do.
+    void replace(const QString& relative, const QByteArray& content) const {
+        write(relative + ".new", content);
+        QFile::remove(dir_.path() + '/' + relative);
+        QFile::rename(dir_.path() + '/' + relative + ".new", dir_.path() + '/' + relative);
+    }
+
     void makeDirectory(const QString& relative) const {
         QDir().mkpath(dir_.path() + '/' + relative);
     }

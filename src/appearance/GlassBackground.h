@@ -1,0 +1,55 @@
+#pragma once
+
+#include "appearance/AppearanceConfiguration.h"
+
+#include <QColor>
+#include <QWidget>
+
+namespace lumetra {
+
+// A window or popover background drawn from an effective appearance configuration, back to
+// front: the material's tinted backdrop (only with vibrancy), then the window colour at the
+// overlay opacity, the whole stack at the background opacity, clipped to a rounded
+// rectangle. Children are laid out on top of it.
+class GlassBackground : public QWidget {
+    Q_OBJECT
+    Q_PROPERTY(lumetra::AppearanceConfiguration configuration READ configuration WRITE
+                   setConfiguration NOTIFY configurationChanged)
+    Q_PROPERTY(double cornerRadius READ cornerRadius WRITE setCornerRadius NOTIFY
+                   cornerRadiusChanged)
+    Q_PROPERTY(bool dark READ isDark WRITE setDark NOTIFY darkChanged)
+
+public:
+    explicit GlassBackground(QWidget* parent = nullptr);
+
+    const AppearanceConfiguration& configuration() const { return configuration_; }
+    void setConfiguration(const AppearanceConfiguration& configuration);
+    double cornerRadius() const { return cornerRadius_; }
+    void setCornerRadius(double radius);
+    // Light or dark window colours and material tints.
+    bool isDark() const { return dark_; }
+    void setDark(bool dark);
+
+    // What each layer is filled with, for the painter and for tests.
+    static QColor windowColor(bool dark);
+    // The material's backdrop; no value without vibrancy.
+    static std::optional<QColor> materialTint(const AppearanceConfiguration& configuration,
+                                              bool dark);
+    // The colour the whole stack comes to.
+    static QColor compositeColor(const AppearanceConfiguration& configuration, bool dark);
+
+signals:
+    void configurationChanged();
+    void cornerRadiusChanged();
+    void darkChanged();
+
+protected:
+    void paintEvent(QPaintEvent* event) override;
+
+private:
+    AppearanceConfiguration configuration_;
+    double cornerRadius_ = 16;
+    bool dark_ = false;
+};
+
+} // namespace lumetra

@@ -1,7 +1,10 @@
+#include "app/LumetraApp.h"
 #include "cli/TerminalMode.h"
 #include "cli/TerminalOptions.h"
 #include "core/SystemMonitor.h"
+#include "desktop/SingleInstance.h"
 #include "model/AppId.h"
+#include "model/Logging.h"
 #include "samplers/AppleSiliconTemperatureProvider.h"
 #include "samplers/CPUMonitor.h"
 #include "samplers/DiskMonitor.h"
@@ -11,6 +14,7 @@
 #include "settings/SettingsStore.h"
 #include "settings/UserDefaults.h"
 
+#include <QApplication>
 #include <QCoreApplication>
 #include <QTimer>
 
@@ -44,42 +48,10 @@ void printTo(std::FILE* stream, const QString& text) {
     std::fflush(stream);
 }
 
-} // namespace
-
-int main(int argc, char* argv[]) {
+int runTerminal(int argc, char* argv[], TerminalOptions options) {
     QCoreApplication app(argc, argv);
     QCoreApplication::setApplicationName(QStringLiteral("lumetra"));
     QCoreApplication::setApplicationVersion(QString::fromLatin1(kAppVersion));
-    if (qEnvironmentVariableIsEmpty("QT_MESSAGE_PATTERN"))
-        qSetMessagePattern(
-            QStringLiteral("lumetra: %{if-category}%{category}: %{endif}%{message}"));
-
-    const TerminalOptionsParse parsed = parseTerminalOptions(app.arguments().mid(1));
-    if (!parsed.options) {
-        printTo(stderr, parsed.error + u'\n');
-        return 2;
-    }
-    TerminalOptions options = *parsed.options;
-    switch (options.action) {
-    case TerminalOptions::Action::help:
-        printTo(stdout, terminalUsage());
-        return 0;
-    case TerminalOptions::Action::version:
-        printTo(stdout, QStringLiteral("lumetra %1\n").arg(QCoreApplication::applicationVersion()));
-        return 0;
-    case TerminalOptions::Action::runPanel:
-        // The panel item is the desktop app's; until it runs here, the terminal mode stands in.
-        printTo(stderr, hasDisplay()
-                            ? QStringLiteral("lumetra: the panel item is not part of this build; "
-                                             "running lumetra --watch\n")
-                            : QStringLiteral("lumetra: no display (neither DISPLAY nor "
-                                             "WAYLAND_DISPLAY is set); running lumetra --watch\n"));
-        options.action = TerminalOptions::Action::watch;
-        break;
-    case TerminalOptions::Action::print:
-    case TerminalOptions::Action::watch:
-        break;
-    }
 
     const KernelRoots roots(options.root.toStdString());
     // The terminal mode only reads the settings: the panel app owns the file.
@@ -105,4 +77,82 @@ int main(int argc, char* argv[]) {
     QObject::connect(&mode, &TerminalMode::finished, &app, &QCoreApplication::exit);
     QTimer::singleShot(0, &mode, [&mode] { mode.start(); });
     return app.exec();
+}
+
+int runPanel(int argc, char* argv[], const TerminalOptions& options) {
+    // A Wayland client cannot place its own windows; the popover must stand by the panel
+    // item, so go through XWayland where there is one.
+    if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM") &&
+        !qEnvironmentVariableIsEmpty("WAYLAND_DISPLAY") && !qEnvironmentVariableIsEmpty("DISPLAY"))
+        qputenv("QT_QPA_PLATFORM", "xcb");
+    QApplication app(argc, argv);
+    QCoreApplication::setApplicationName(QStringLiteral("lumetra"));
+    QCoreApplication::setApplicationVersion(QString::fromLatin1(kAppVersion));
+    QGuiApplication::setDesktopFileName(QString::fromLatin1(kAppId));
+    // The app lives in the panel: closing its last window does not end it.
+    QApplication::setQuitOnLastWindowClosed(false);
+
+    SingleInstance instance;
+    const QString request =
+        options.showSettings ? QStringLiteral("settings") : QStringLiteral("popover");
+    switch (instance.claimOrForward(request)) {
+    case SingleInstance::Outcome::forwarded:
+        return 0;
+    case SingleInstance::Outcome::failed:
+        printTo(stderr, QStringLiteral("lumetra: another lumetra owns the session bus name %1 "
+                                       "but does not answer\n")
+                            .arg(SingleInstance::serviceName()));
+        return 1;
+    case SingleInstance::Outcome::noBus:
+        qCWarning(logUi) << "no session bus: a second lumetra cannot find this one";
+        break;
+    case SingleInstance::Outcome::primary:
+        break;
+    }
+
+    LumetraApp lumetra({options.showSettings});
+    QObject::connect(&instance, &SingleInstance::activationRequested, &lumetra,
+                     &LumetraApp::handleRequest);
+    return app.exec();
+}
+
+QStringList argumentsOf(int argc, char* argv[]) {
+    QStringList arguments;
+    for (int i = 1; i < argc; ++i)
+        arguments.append(QString::fromLocal8Bit(argv[i]));
+    return arguments;
+}
+
+} // namespace
+
+int main(int argc, char* argv[]) {
+    if (qEnvironmentVariableIsEmpty("QT_MESSAGE_PATTERN"))
+        qSetMessagePattern(
+            QStringLiteral("lumetra: %{if-category}%{category}: %{endif}%{message}"));
+
+    const TerminalOptionsParse parsed = parseTerminalOptions(argumentsOf(argc, argv));
+    if (!parsed.options) {
+        printTo(stderr, parsed.error + u'\n');
+        return 2;
+    }
+    TerminalOptions options = *parsed.options;
+    switch (options.action) {
+    case TerminalOptions::Action::help:
+        printTo(stdout, terminalUsage());
+        return 0;
+    case TerminalOptions::Action::version:
+        printTo(stdout, QStringLiteral("lumetra %1\n").arg(QString::fromLatin1(kAppVersion)));
+        return 0;
+    case TerminalOptions::Action::runPanel:
+        if (hasDisplay())
+            return runPanel(argc, argv, options);
+        printTo(stderr, QStringLiteral("lumetra: no display (neither DISPLAY nor "
+                                       "WAYLAND_DISPLAY is set); running lumetra --watch\n"));
+        options.action = TerminalOptions::Action::watch;
+        break;
+    case TerminalOptions::Action::print:
+    case TerminalOptions::Action::watch:
+        break;
+    }
+    return runTerminal(argc, argv, options);
 }

@@ -98,10 +98,10 @@ QColor GlassBackground::compositeColor(const AppearanceConfiguration& configurat
     if (alpha <= 0)
         return QColor(0, 0, 0, 0);
     QColor result;
-    result.setRgbF(static_cast<float>(red / alpha), static_cast<float>(green / alpha),
-                   static_cast<float>(blue / alpha),
-                   static_cast<float>(alpha * std::clamp(configuration.backgroundOpacity, 0.0,
-                                                         1.0)));
+    result.setRgbF(
+        static_cast<float>(red / alpha), static_cast<float>(green / alpha),
+        static_cast<float>(blue / alpha),
+        static_cast<float>(alpha * std::clamp(configuration.backgroundOpacity, 0.0, 1.0)));
     return result;
 }
 

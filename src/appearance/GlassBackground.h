@@ -15,8 +15,8 @@ class GlassBackground : public QWidget {
     Q_OBJECT
     Q_PROPERTY(lumetra::AppearanceConfiguration configuration READ configuration WRITE
                    setConfiguration NOTIFY configurationChanged)
-    Q_PROPERTY(double cornerRadius READ cornerRadius WRITE setCornerRadius NOTIFY
-                   cornerRadiusChanged)
+    Q_PROPERTY(
+        double cornerRadius READ cornerRadius WRITE setCornerRadius NOTIFY cornerRadiusChanged)
     Q_PROPERTY(bool dark READ isDark WRITE setDark NOTIFY darkChanged)
 
 public:

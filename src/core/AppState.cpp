@@ -45,8 +45,8 @@ AppState::AppState(Services services, std::unique_ptr<SystemMonitor> monitor, QO
       loginItem_(services.loginItem),
       updateCheckSettings_(std::make_unique<StoredUpdateCheckSettings>(services.settings)),
       monitor_(monitor ? std::move(monitor) : defaultMonitor(services.settings)) {
-    updateService_ = std::make_unique<UpdateService>(
-        services.updateChecker, *updateCheckSettings_, services.updateAlerts);
+    updateService_ = std::make_unique<UpdateService>(services.updateChecker, *updateCheckSettings_,
+                                                     services.updateAlerts);
     applyLoginItem(settings_.launchAtLogin());
 
     // Volumes come and go: re-list them at once rather than at the next slow tick.
@@ -82,7 +82,9 @@ AppState::AppState(Services services, std::unique_ptr<SystemMonitor> monitor, QO
 
 AppState::~AppState() = default;
 
-UpdateInterval AppState::updateInterval() const { return settings_.updateInterval(); }
+UpdateInterval AppState::updateInterval() const {
+    return settings_.updateInterval();
+}
 
 void AppState::setUpdateInterval(UpdateInterval interval) {
     settings_.setUpdateInterval(interval);
@@ -123,15 +125,16 @@ void AppState::recordLaunch() {
 }
 
 void AppState::restartSampling() {
-    QMetaObject::invokeMethod(this, [this] { monitor_->stop(); }, Qt::QueuedConnection);
-    QMetaObject::invokeMethod(this, [this] { monitor_->start(); }, Qt::QueuedConnection);
+    QMetaObject::invokeMethod(
+        this, [this] { monitor_->stop(); }, Qt::QueuedConnection);
+    QMetaObject::invokeMethod(
+        this, [this] { monitor_->start(); }, Qt::QueuedConnection);
 }
 
 AppearanceConfiguration AppState::effectiveAppearance() const {
-    return AppearanceConfiguration::resolve(settings_.appearanceMode(),
-                                            settings_.customConfiguration(),
-                                            appearance_.reduceTransparency(),
-                                            appearance_.increaseContrast());
+    return AppearanceConfiguration::resolve(
+        settings_.appearanceMode(), settings_.customConfiguration(),
+        appearance_.reduceTransparency(), appearance_.increaseContrast());
 }
 
 void AppState::noteAppearanceInputs() {

@@ -28,8 +28,8 @@ class UpdateService;
 // disks when file systems come and go).
 class AppState : public QObject {
     Q_OBJECT
-    Q_PROPERTY(lumetra::AppearanceConfiguration effectiveAppearance READ effectiveAppearance
-                   NOTIFY effectiveAppearanceChanged)
+    Q_PROPERTY(lumetra::AppearanceConfiguration effectiveAppearance READ effectiveAppearance NOTIFY
+                   effectiveAppearanceChanged)
 
 public:
     struct Services {

@@ -32,7 +32,8 @@ QString quotedExec(const QString& path) {
 } // namespace
 
 XdgAutostartLoginItem::XdgAutostartLoginItem(QString autostartDirectory, QString executable)
-    : directory_(autostartDirectory.isEmpty() ? standardDirectory() : std::move(autostartDirectory)),
+    : directory_(autostartDirectory.isEmpty() ? standardDirectory()
+                                              : std::move(autostartDirectory)),
       executable_(std::move(executable)) {}
 
 QString XdgAutostartLoginItem::standardDirectory() {

@@ -9,7 +9,7 @@ namespace {
 // QLoggingCategory keeps the name pointer it is given, so the name lives beside it.
 struct NamedCategory {
     explicit NamedCategory(const char* suffix)
-        : name(QByteArray(kAppId) + '.' + suffix), category(name.constData()) {}
+        : name(QByteArray(kAppId) + '.' + suffix), category(name.constData(), QtInfoMsg) {}
     QByteArray name;
     QLoggingCategory category;
 };

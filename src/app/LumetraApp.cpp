@@ -1,0 +1,129 @@
+#include "app/LumetraApp.h"
+
+#include "appearance/AppearanceManager.h"
+#include "core/AppState.h"
+#include "core/SystemMonitor.h"
+#include "desktop/DesktopAccessibility.h"
+#include "desktop/XdgAutostartLoginItem.h"
+#include "menubar/MenuBarPopoverWindowController.h"
+#include "model/Logging.h"
+#include "settings/SettingsStore.h"
+#include "settings/UserDefaults.h"
+#include "updates/MessageBoxUpdateAlerts.h"
+#include "updates/UpdateChecker.h"
+#include "updates/UpdateService.h"
+
+#include <QApplication>
+#include <QTimer>
+
+namespace lumetra {
+
+namespace {
+
+constexpr auto kUiTestSettingsDelay = std::chrono::milliseconds(200);
+
+} // namespace
+
+LumetraApp::LumetraApp(Options options, QObject* parent) : QObject(parent) {
+    // The desktop's accessibility flags feed the appearance manager from the start.
+    accessibility_ = std::make_unique<DesktopAccessibility>();
+
+    defaults_ = std::make_unique<UserDefaults>(UserDefaults::standardFilePath());
+    settings_ = std::make_unique<SettingsStore>(*defaults_);
+    step(QStringLiteral("settings"));
+
+    appearance_ = std::make_unique<AppearanceManager>(accessibility_->reduceTransparency(),
+                                                      accessibility_->increaseContrast());
+    connect(accessibility_.get(), &DesktopAccessibility::changed, appearance_.get(), [this] {
+        appearance_->setFlags(accessibility_->reduceTransparency(),
+                              accessibility_->increaseContrast());
+    });
+    step(QStringLiteral("appearanceManager"));
+
+    updateChecker_ = std::make_unique<UpdateChecker>();
+    updateAlerts_ = std::make_unique<MessageBoxUpdateAlerts>();
+    step(QStringLiteral("updateChecker"));
+
+    loginItem_ = std::make_unique<XdgAutostartLoginItem>();
+    appState_ = std::make_unique<AppState>(
+        AppState::Services{*settings_, *appearance_, *updateChecker_, *updateAlerts_, *loginItem_});
+    connect(appState_.get(), &AppState::supportPromptRequested, this, &LumetraApp::showSupport);
+    step(QStringLiteral("appState"));
+
+    // Sampling begins once the event loop runs, after the graph is complete.
+    QMetaObject::invokeMethod(
+        this,
+        [this] {
+            appState_->systemMonitor().start();
+            step(QStringLiteral("startSampling"));
+            emit samplingStarted();
+        },
+        Qt::QueuedConnection);
+
+    appState_->recordLaunch();
+    step(QStringLiteral("recordLaunch"));
+
+    appState_->updateService().checkForUpdatesIfNeeded();
+    step(QStringLiteral("dailyUpdateCheck"));
+
+    popover_ = std::make_unique<MenuBarPopoverWindowController>(*appState_);
+    connectWindows();
+    installStatusItem();
+    step(QStringLiteral("statusItem"));
+
+    if (AppState::uiTestOpensSettings())
+        QTimer::singleShot(kUiTestSettingsDelay, this, &LumetraApp::showSettings);
+    else if (options.openSettings)
+        QMetaObject::invokeMethod(this, &LumetraApp::showSettings, Qt::QueuedConnection);
+    if (settings_->showWelcomeScreen() && !settings_->hasCompletedOnboarding())
+        QMetaObject::invokeMethod(this, &LumetraApp::showWelcome, Qt::QueuedConnection);
+}
+
+LumetraApp::~LumetraApp() = default;
+
+void LumetraApp::step(const QString& name) {
+    steps_.append(name);
+    qCDebug(logUi).noquote() << "start-up:" << name;
+}
+
+void LumetraApp::connectWindows() {
+    connect(popover_.get(), &MenuBarPopoverWindowController::settingsRequested, this,
+            &LumetraApp::showSettings);
+    connect(popover_.get(), &MenuBarPopoverWindowController::supportRequested, this,
+            &LumetraApp::showSupport);
+    connect(popover_.get(), &MenuBarPopoverWindowController::quitRequested, this,
+            &LumetraApp::quit);
+}
+
+void LumetraApp::installStatusItem() {}
+
+void LumetraApp::handleRequest(const QString& what) {
+    if (what == QLatin1String("settings"))
+        showSettings();
+    else if (what == QLatin1String("support"))
+        showSupport();
+    else if (what == QLatin1String("quit"))
+        quit();
+    else
+        showPopover({});
+}
+
+void LumetraApp::showPopover(const QRect& anchor) {
+    popover_->show(anchor);
+}
+
+void LumetraApp::togglePopover(const QRect& anchor) {
+    popover_->toggle(anchor);
+}
+
+void LumetraApp::showSettings() {}
+
+void LumetraApp::showSupport() {}
+
+void LumetraApp::showWelcome() {}
+
+void LumetraApp::quit() {
+    QCoreApplication::quit();
+}
+
+} // namespace lumetra

@@ -1,0 +1,41 @@
+#pragma once
+
+#include <QWidget>
+
+namespace lumetra {
+
+class AppState;
+class GlassBackground;
+
+// What the popover shows: the dashboard over the glass background, drawn with the effective
+// appearance and the chosen theme, 280 wide with a height that follows the content.
+class MenuBarPopoverContent : public QWidget {
+    Q_OBJECT
+
+public:
+    static constexpr int kWidth = 280;
+    static constexpr double kCornerRadius = 16;
+
+    explicit MenuBarPopoverContent(AppState& appState, QWidget* parent = nullptr);
+
+    // The height the content wants at the fixed width.
+    int preferredHeight() const;
+    bool isDark() const;
+
+signals:
+    void settingsRequested();
+    void supportRequested();
+    void quitRequested();
+
+protected:
+    bool event(QEvent* event) override;
+
+private:
+    void applyAppearance();
+
+    AppState& appState_;
+    GlassBackground* background_;
+    QWidget* dashboard_;
+};
+
+} // namespace lumetra

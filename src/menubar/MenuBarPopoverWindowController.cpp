@@ -1,0 +1,141 @@
+#include "menubar/MenuBarPopoverWindowController.h"
+
+#include "menubar/MenuBarPopoverContent.h"
+#include "menubar/PopoverPlacement.h"
+
+#include <QCursor>
+#include <QGuiApplication>
+#include <QKeyEvent>
+#include <QScreen>
+#include <QVBoxLayout>
+#include <QWidget>
+
+namespace lumetra {
+
+namespace {
+
+// A click on the item arrives this soon after the popup closed on the same click.
+constexpr qint64 kSameClickMs = 300;
+
+} // namespace
+
+class MenuBarPopoverWindowController::Window : public QWidget {
+public:
+    explicit Window(MenuBarPopoverWindowController& controller)
+        : QWidget(nullptr, Qt::Popup | Qt::FramelessWindowHint), controller_(controller) {
+        setAttribute(Qt::WA_TranslucentBackground);
+        setAttribute(Qt::WA_DeleteOnClose, false);
+        setObjectName(QStringLiteral("LumetraPopover"));
+        setWindowTitle(QStringLiteral("lumetra"));
+    }
+
+protected:
+    void keyPressEvent(QKeyEvent* event) override {
+        if (event->key() == Qt::Key_Escape) {
+            hide();
+            return;
+        }
+        QWidget::keyPressEvent(event);
+    }
+    void hideEvent(QHideEvent* event) override {
+        QWidget::hideEvent(event);
+        controller_.noteHidden();
+    }
+    void showEvent(QShowEvent* event) override {
+        QWidget::showEvent(event);
+        emit controller_.visibleChanged();
+    }
+    bool event(QEvent* event) override {
+        // The content changed its height (another card style): follow it in place.
+        if (event->type() == QEvent::LayoutRequest && isVisible())
+            QMetaObject::invokeMethod(
+                &controller_, [this] { controller_.place(); }, Qt::QueuedConnection);
+        return QWidget::event(event);
+    }
+
+private:
+    MenuBarPopoverWindowController& controller_;
+};
+
+MenuBarPopoverWindowController::MenuBarPopoverWindowController(AppState& appState, QObject* parent)
+    : QObject(parent), appState_(appState) {}
+
+MenuBarPopoverWindowController::~MenuBarPopoverWindowController() {
+    delete window_.data();
+}
+
+QWidget* MenuBarPopoverWindowController::window() const {
+    return window_.data();
+}
+
+bool MenuBarPopoverWindowController::isVisible() const {
+    return window_ && window_->isVisible();
+}
+
+void MenuBarPopoverWindowController::createWindow() {
+    window_ = new Window(*this);
+    auto* layout = new QVBoxLayout(window_);
+    layout->setContentsMargins(0, 0, 0, 0);
+    content_ = new MenuBarPopoverContent(appState_, window_);
+    layout->addWidget(content_);
+    connect(content_, &MenuBarPopoverContent::settingsRequested, this, [this] {
+        hide();
+        emit settingsRequested();
+    });
+    connect(content_, &MenuBarPopoverContent::supportRequested, this, [this] {
+        hide();
+        emit supportRequested();
+    });
+    connect(content_, &MenuBarPopoverContent::quitRequested, this,
+            &MenuBarPopoverWindowController::quitRequested);
+}
+
+void MenuBarPopoverWindowController::show(const QRect& anchor) {
+    if (!window_)
+        createWindow();
+    anchor_ = anchor.isEmpty() ? QRect(QCursor::pos(), QSize(1, 1)) : anchor;
+    place();
+    window_->show();
+    window_->raise();
+}
+
+void MenuBarPopoverWindowController::hide() {
+    if (window_)
+        window_->hide();
+}
+
+void MenuBarPopoverWindowController::toggle(const QRect& anchor) {
+    if (isVisible()) {
+        hide();
+        return;
+    }
+    if (sinceHidden_.isValid() && sinceHidden_.elapsed() < kSameClickMs)
+        return;
+    show(anchor);
+}
+
+void MenuBarPopoverWindowController::noteHidden() {
+    // Only a mouse press closes the popup just before the item's own click arrives.
+    if (QGuiApplication::mouseButtons() != Qt::NoButton)
+        sinceHidden_.start();
+    else
+        sinceHidden_.invalidate();
+    emit visibleChanged();
+}
+
+void MenuBarPopoverWindowController::place() {
+    if (!window_)
+        return;
+    const QSize size(MenuBarPopoverContent::kWidth, content_->preferredHeight());
+    QScreen* screen = QGuiApplication::screenAt(anchor_.center());
+    if (!screen)
+        screen = QGuiApplication::primaryScreen();
+    const QRectF frame = popoverFrame(QRectF(anchor_), QSizeF(size));
+    const QRect placed =
+        screen ? fitPopoverToScreen(frame, QRectF(anchor_), screen->availableGeometry())
+               : frame.toRect();
+    window_->setFixedSize(placed.size());
+    window_->move(placed.topLeft());
+}
+
+} // namespace lumetra

@@ -1,0 +1,58 @@
+#pragma once
+
+#include <QElapsedTimer>
+#include <QObject>
+#include <QPointer>
+#include <QRect>
+
+class QWidget;
+
+namespace lumetra {
+
+class AppState;
+class MenuBarPopoverContent;
+
+// Owns the popover: a frameless popup window created on first show and reused, placed
+// around the panel item's anchor, hidden by any click outside it and by Escape.
+class MenuBarPopoverWindowController : public QObject {
+    Q_OBJECT
+    Q_PROPERTY(bool visible READ isVisible NOTIFY visibleChanged)
+
+public:
+    explicit MenuBarPopoverWindowController(AppState& appState, QObject* parent = nullptr);
+    ~MenuBarPopoverWindowController() override;
+
+    // Shows the popover around `anchor` (screen coordinates; an empty rectangle means the
+    // mouse pointer), or moves it there when it is already shown.
+    void show(const QRect& anchor);
+    void hide();
+    // A click on the panel item: hides a shown popover, shows a hidden one. A click on the
+    // item that itself closed the popup (the popup sees it as an outside click just before
+    // the item reports it) counts as the hiding one.
+    void toggle(const QRect& anchor);
+
+    bool isVisible() const;
+    // Absent until the first show.
+    QWidget* window() const;
+    MenuBarPopoverContent* content() const { return content_; }
+
+signals:
+    void visibleChanged();
+    void settingsRequested();
+    void supportRequested();
+    void quitRequested();
+
+private:
+    class Window;
+    void createWindow();
+    void place();
+    void noteHidden();
+
+    AppState& appState_;
+    QPointer<Window> window_;
+    MenuBarPopoverContent* content_ = nullptr;
+    QRect anchor_;
+    QElapsedTimer sinceHidden_;
+};
+
+} // namespace lumetra

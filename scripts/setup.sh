@@ -10,6 +10,7 @@ packages=(
     libgtest-dev libgmock-dev googletest libbenchmark-dev
     clang libclang-rt-14-dev clang-format valgrind
     xvfb xauth fonts-dejavu-core iproute2 util-linux dosfstools e2fsprogs procps python3 python3-psutil
+    dpkg-dev desktop-file-utils appstream groff-base
 )
 
 missing=()

@@ -9,7 +9,7 @@ packages=(
     qt6-svg-dev libgl-dev
     libgtest-dev libgmock-dev googletest libbenchmark-dev
     clang libclang-rt-14-dev clang-format valgrind
-    xvfb xauth fonts-dejavu-core iproute2 util-linux dosfstools e2fsprogs procps python3 python3-psutil
+    xvfb xauth dbus x11-utils libglib2.0-bin fonts-dejavu-core iproute2 util-linux dosfstools e2fsprogs procps python3 python3-psutil
 )
 
 missing=()

@@ -2,10 +2,13 @@
 
 #include "menubar/MenuBarPopoverContent.h"
 #include "menubar/PopoverPlacement.h"
+#include "menubar/WindowTranslucency.h"
 
 #include <QCursor>
 #include <QGuiApplication>
 #include <QKeyEvent>
+#include <QPainterPath>
+#include <QRegion>
 #include <QScreen>
 #include <QVBoxLayout>
 #include <QWidget>
@@ -21,9 +24,10 @@ constexpr qint64 kSameClickMs = 300;
 
 class MenuBarPopoverWindowController::Window : public QWidget {
 public:
-    explicit Window(MenuBarPopoverWindowController& controller)
-        : QWidget(nullptr, Qt::Popup | Qt::FramelessWindowHint), controller_(controller) {
-        setAttribute(Qt::WA_TranslucentBackground);
+    Window(MenuBarPopoverWindowController& controller, bool translucent)
+        : QWidget(nullptr, Qt::Popup | Qt::FramelessWindowHint), controller_(controller),
+          translucent_(translucent) {
+        setAttribute(Qt::WA_TranslucentBackground, translucent);
         setAttribute(Qt::WA_DeleteOnClose, false);
         setObjectName(QStringLiteral("LumetraPopover"));
         setWindowTitle(QStringLiteral("lumetra"));
@@ -45,6 +49,16 @@ protected:
         QWidget::showEvent(event);
         emit controller_.visibleChanged();
     }
+    void resizeEvent(QResizeEvent* event) override {
+        QWidget::resizeEvent(event);
+        // Opaque windows get their rounded corners from a shape instead.
+        if (!translucent_) {
+            QPainterPath shape;
+            shape.addRoundedRect(QRectF(rect()), MenuBarPopoverContent::kCornerRadius,
+                                 MenuBarPopoverContent::kCornerRadius);
+            setMask(QRegion(shape.toFillPolygon().toPolygon()));
+        }
+    }
     bool event(QEvent* event) override {
         // The content changed its height (another card style): follow it in place.
         if (event->type() == QEvent::LayoutRequest && isVisible())
@@ -55,6 +69,7 @@ protected:
 
 private:
     MenuBarPopoverWindowController& controller_;
+    bool translucent_;
 };
 
 MenuBarPopoverWindowController::MenuBarPopoverWindowController(AppState& appState, QObject* parent)
@@ -73,10 +88,12 @@ bool MenuBarPopoverWindowController::isVisible() const {
 }
 
 void MenuBarPopoverWindowController::createWindow() {
-    window_ = new Window(*this);
+    const bool translucent = windowTranslucencyAvailable();
+    window_ = new Window(*this, translucent);
     auto* layout = new QVBoxLayout(window_);
     layout->setContentsMargins(0, 0, 0, 0);
     content_ = new MenuBarPopoverContent(appState_, window_);
+    content_->setOpaqueBackground(!translucent);
     layout->addWidget(content_);
     connect(content_, &MenuBarPopoverContent::settingsRequested, this, [this] {
         hide();

@@ -131,8 +131,11 @@ TEST(GlassBackgroundTest, LayersComeToOneColourAtTheBackgroundOpacity) {
     thin.overlayOpacity = 0.5;
     thin.backgroundOpacity = 0.5;
     EXPECT_NEAR(GlassBackground::compositeColor(thin, false).alphaF(), 0.25, 0.01);
-    // `automatic` under glass is the HUD material, the same dark tint in both themes.
+    // `automatic` under glass is the HUD material.
+    lumetra::AppearanceConfiguration hud = glass;
+    hud.material = lumetra::VisualEffectMaterial::hud;
     glass.material = lumetra::VisualEffectMaterial::automatic;
-    EXPECT_EQ(GlassBackground::materialTint(glass, false),
-              GlassBackground::materialTint(glass, true));
+    EXPECT_EQ(GlassBackground::materialTint(glass, true), GlassBackground::materialTint(hud, true));
+    // Opaque drawing (no compositor) ends fully opaque.
+    EXPECT_EQ(GlassBackground::compositeColor(glass, false, true).alpha(), 255);
 }

@@ -7,6 +7,7 @@
 #include <QCursor>
 #include <QGuiApplication>
 #include <QKeyEvent>
+#include <QMouseEvent>
 #include <QPainterPath>
 #include <QRegion>
 #include <QScreen>
@@ -17,8 +18,10 @@ namespace lumetra {
 
 namespace {
 
-// A click on the item arrives this soon after the popup closed on the same click.
-constexpr qint64 kSameClickMs = 300;
+// A click on the item reaches us twice: first as the press outside the popup that closes it,
+// then as the item's own activation, this soon after and about this close to its anchor.
+constexpr qint64 kSameClickMs = 500;
+constexpr int kSameClickSlack = 24;
 
 } // namespace
 
@@ -40,6 +43,12 @@ protected:
             return;
         }
         QWidget::keyPressEvent(event);
+    }
+    void mousePressEvent(QMouseEvent* event) override {
+        // Outside the window: this press closes the popup (Qt does so in the base class).
+        if (!rect().contains(event->position().toPoint()))
+            controller_.notePressOutside(event->globalPosition().toPoint());
+        QWidget::mousePressEvent(event);
     }
     void hideEvent(QHideEvent* event) override {
         QWidget::hideEvent(event);
@@ -126,17 +135,23 @@ void MenuBarPopoverWindowController::toggle(const QRect& anchor) {
         hide();
         return;
     }
-    if (sinceHidden_.isValid() && sinceHidden_.elapsed() < kSameClickMs)
+    const QRect target = anchor.isEmpty() ? anchor_ : anchor;
+    const bool sameClick =
+        sincePressOutside_.isValid() && sincePressOutside_.elapsed() < kSameClickMs &&
+        target.adjusted(-kSameClickSlack, -kSameClickSlack, kSameClickSlack, kSameClickSlack)
+            .contains(pressOutside_);
+    sincePressOutside_.invalidate();
+    if (sameClick)
         return;
     show(anchor);
 }
 
+void MenuBarPopoverWindowController::notePressOutside(const QPoint& globalPosition) {
+    pressOutside_ = globalPosition;
+    sincePressOutside_.start();
+}
+
 void MenuBarPopoverWindowController::noteHidden() {
-    // Only a mouse press closes the popup just before the item's own click arrives.
-    if (QGuiApplication::mouseButtons() != Qt::NoButton)
-        sinceHidden_.start();
-    else
-        sinceHidden_.invalidate();
     emit visibleChanged();
 }
 

@@ -6,10 +6,10 @@ set -euo pipefail
 packages=(
     build-essential cmake ninja-build pkg-config git
     qt6-base-dev qt6-base-dev-tools qt6-tools-dev qt6-tools-dev-tools qt6-l10n-tools
-    qt6-svg-dev libgl-dev
+    qt6-svg-dev libgl-dev libxcb1-dev
     libgtest-dev libgmock-dev googletest libbenchmark-dev
     clang libclang-rt-14-dev clang-format valgrind
-    xvfb xauth fonts-dejavu-core iproute2 util-linux dosfstools e2fsprogs procps python3 python3-psutil
+    xvfb xauth dbus x11-utils libglib2.0-bin fonts-dejavu-core iproute2 util-linux dosfstools e2fsprogs procps python3 python3-psutil
     dpkg-dev desktop-file-utils appstream groff-base
 )
 

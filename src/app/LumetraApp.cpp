@@ -116,11 +116,17 @@ void LumetraApp::togglePopover(const QRect& anchor) {
     popover_->toggle(anchor);
 }
 
-void LumetraApp::showSettings() {}
+void LumetraApp::showSettings() {
+    emit windowRequested(QStringLiteral("settings"));
+}
 
-void LumetraApp::showSupport() {}
+void LumetraApp::showSupport() {
+    emit windowRequested(QStringLiteral("support"));
+}
 
-void LumetraApp::showWelcome() {}
+void LumetraApp::showWelcome() {
+    emit windowRequested(QStringLiteral("welcome"));
+}
 
 void LumetraApp::quit() {
     QCoreApplication::quit();

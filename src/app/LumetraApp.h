@@ -52,6 +52,8 @@ public slots:
 signals:
     // Start-up queued sampling and it began.
     void samplingStarted();
+    // A window was asked for: "settings", "support" or "welcome".
+    void windowRequested(const QString& which);
 
 private:
     void step(const QString& name);

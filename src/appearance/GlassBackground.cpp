@@ -55,6 +55,13 @@ void GlassBackground::setDark(bool dark) {
     emit darkChanged();
 }
 
+void GlassBackground::setOpaque(bool opaque) {
+    if (opaque == opaque_)
+        return;
+    opaque_ = opaque;
+    update();
+}
+
 QColor GlassBackground::windowColor(bool dark) {
     return dark ? QColor(0x32, 0x32, 0x34) : QColor(0xEC, 0xEC, 0xEE);
 }
@@ -67,7 +74,8 @@ std::optional<QColor> GlassBackground::materialTint(const AppearanceConfiguratio
     // colour it gives over a plain desktop.
     switch (concreteMaterial(configuration)) {
     case VisualEffectMaterial::hud:
-        return QColor(0x1C, 0x1C, 0x1E, 224);
+        // Materials follow the theme; the HUD is the most see-through of them.
+        return dark ? QColor(0x1C, 0x1C, 0x1E, 208) : QColor(0xDE, 0xDE, 0xE3, 208);
     case VisualEffectMaterial::sidebar:
         return dark ? QColor(0x26, 0x26, 0x29, 232) : QColor(0xE6, 0xE6, 0xEA, 232);
     case VisualEffectMaterial::menu:
@@ -79,7 +87,8 @@ std::optional<QColor> GlassBackground::materialTint(const AppearanceConfiguratio
     return std::nullopt;
 }
 
-QColor GlassBackground::compositeColor(const AppearanceConfiguration& configuration, bool dark) {
+QColor GlassBackground::compositeColor(const AppearanceConfiguration& configuration, bool dark,
+                                       bool opaque) {
     // Both layers are flat fills, so the stack is one colour: the overlay over the tint
     // (source-over), then the whole at the background opacity.
     QColor overlay = windowColor(dark);
@@ -94,6 +103,16 @@ QColor GlassBackground::compositeColor(const AppearanceConfiguration& configurat
         green += tint->greenF() * tintAlpha;
         blue += tint->blueF() * tintAlpha;
         alpha += tintAlpha;
+    }
+    if (opaque) {
+        const double finalAlpha = alpha * std::clamp(configuration.backgroundOpacity, 0.0, 1.0);
+        const double rest = 1 - finalAlpha;
+        const double scale = alpha > 0 ? finalAlpha / alpha : 0;
+        QColor result;
+        result.setRgbF(static_cast<float>(red * scale + overlay.redF() * rest),
+                       static_cast<float>(green * scale + overlay.greenF() * rest),
+                       static_cast<float>(blue * scale + overlay.blueF() * rest), 1.0f);
+        return result;
     }
     if (alpha <= 0)
         return QColor(0, 0, 0, 0);
@@ -110,7 +129,7 @@ void GlassBackground::paintEvent(QPaintEvent*) {
     painter.setRenderHint(QPainter::Antialiasing);
     QPainterPath shape;
     shape.addRoundedRect(QRectF(rect()), cornerRadius_, cornerRadius_);
-    painter.fillPath(shape, compositeColor(configuration_, dark_));
+    painter.fillPath(shape, compositeColor(configuration_, dark_, opaque_));
 }
 
 } // namespace lumetra

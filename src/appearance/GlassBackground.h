@@ -29,6 +29,10 @@ public:
     // Light or dark window colours and material tints.
     bool isDark() const { return dark_; }
     void setDark(bool dark);
+    // Where nothing behind the window can show through (no compositor), the stack is drawn
+    // over the window colour as one opaque fill.
+    bool isOpaque() const { return opaque_; }
+    void setOpaque(bool opaque);
 
     // What each layer is filled with, for the painter and for tests.
     static QColor windowColor(bool dark);
@@ -36,7 +40,8 @@ public:
     static std::optional<QColor> materialTint(const AppearanceConfiguration& configuration,
                                               bool dark);
     // The colour the whole stack comes to.
-    static QColor compositeColor(const AppearanceConfiguration& configuration, bool dark);
+    static QColor compositeColor(const AppearanceConfiguration& configuration, bool dark,
+                                 bool opaque = false);
 
 signals:
     void configurationChanged();
@@ -50,6 +55,7 @@ private:
     AppearanceConfiguration configuration_;
     double cornerRadius_ = 16;
     bool dark_ = false;
+    bool opaque_ = false;
 };
 
 } // namespace lumetra

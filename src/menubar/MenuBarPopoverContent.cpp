@@ -107,6 +107,10 @@ void MenuBarPopoverContent::applyAppearance() {
     setPalette(palette);
 }
 
+void MenuBarPopoverContent::setOpaqueBackground(bool opaque) {
+    background_->setOpaque(opaque);
+}
+
 int MenuBarPopoverContent::preferredHeight() const {
     if (layout()->hasHeightForWidth())
         return layout()->totalHeightForWidth(kWidth);

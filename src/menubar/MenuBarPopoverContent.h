@@ -21,6 +21,8 @@ public:
     // The height the content wants at the fixed width.
     int preferredHeight() const;
     bool isDark() const;
+    // No compositor behind the window: draw the background opaque.
+    void setOpaqueBackground(bool opaque);
 
 signals:
     void settingsRequested();

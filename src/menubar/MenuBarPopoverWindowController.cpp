@@ -2,10 +2,14 @@
 
 #include "menubar/MenuBarPopoverContent.h"
 #include "menubar/PopoverPlacement.h"
+#include "menubar/WindowTranslucency.h"
 
 #include <QCursor>
 #include <QGuiApplication>
 #include <QKeyEvent>
+#include <QMouseEvent>
+#include <QPainterPath>
+#include <QRegion>
 #include <QScreen>
 #include <QVBoxLayout>
 #include <QWidget>
@@ -14,16 +18,19 @@ namespace lumetra {
 
 namespace {
 
-// A click on the item arrives this soon after the popup closed on the same click.
-constexpr qint64 kSameClickMs = 300;
+// A click on the item reaches us twice: first as the press outside the popup that closes it,
+// then as the item's own activation, this soon after and about this close to its anchor.
+constexpr qint64 kSameClickMs = 500;
+constexpr int kSameClickSlack = 24;
 
 } // namespace
 
 class MenuBarPopoverWindowController::Window : public QWidget {
 public:
-    explicit Window(MenuBarPopoverWindowController& controller)
-        : QWidget(nullptr, Qt::Popup | Qt::FramelessWindowHint), controller_(controller) {
-        setAttribute(Qt::WA_TranslucentBackground);
+    Window(MenuBarPopoverWindowController& controller, bool translucent)
+        : QWidget(nullptr, Qt::Popup | Qt::FramelessWindowHint), controller_(controller),
+          translucent_(translucent) {
+        setAttribute(Qt::WA_TranslucentBackground, translucent);
         setAttribute(Qt::WA_DeleteOnClose, false);
         setObjectName(QStringLiteral("LumetraPopover"));
         setWindowTitle(QStringLiteral("lumetra"));
@@ -37,6 +44,12 @@ protected:
         }
         QWidget::keyPressEvent(event);
     }
+    void mousePressEvent(QMouseEvent* event) override {
+        // Outside the window: this press closes the popup (Qt does so in the base class).
+        if (!rect().contains(event->position().toPoint()))
+            controller_.notePressOutside(event->globalPosition().toPoint());
+        QWidget::mousePressEvent(event);
+    }
     void hideEvent(QHideEvent* event) override {
         QWidget::hideEvent(event);
         controller_.noteHidden();
@@ -44,6 +57,16 @@ protected:
     void showEvent(QShowEvent* event) override {
         QWidget::showEvent(event);
         emit controller_.visibleChanged();
+    }
+    void resizeEvent(QResizeEvent* event) override {
+        QWidget::resizeEvent(event);
+        // Opaque windows get their rounded corners from a shape instead.
+        if (!translucent_) {
+            QPainterPath shape;
+            shape.addRoundedRect(QRectF(rect()), MenuBarPopoverContent::kCornerRadius,
+                                 MenuBarPopoverContent::kCornerRadius);
+            setMask(QRegion(shape.toFillPolygon().toPolygon()));
+        }
     }
     bool event(QEvent* event) override {
         // The content changed its height (another card style): follow it in place.
@@ -55,6 +78,7 @@ protected:
 
 private:
     MenuBarPopoverWindowController& controller_;
+    bool translucent_;
 };
 
 MenuBarPopoverWindowController::MenuBarPopoverWindowController(AppState& appState, QObject* parent)
@@ -73,10 +97,12 @@ bool MenuBarPopoverWindowController::isVisible() const {
 }
 
 void MenuBarPopoverWindowController::createWindow() {
-    window_ = new Window(*this);
+    const bool translucent = windowTranslucencyAvailable();
+    window_ = new Window(*this, translucent);
     auto* layout = new QVBoxLayout(window_);
     layout->setContentsMargins(0, 0, 0, 0);
     content_ = new MenuBarPopoverContent(appState_, window_);
+    content_->setOpaqueBackground(!translucent);
     layout->addWidget(content_);
     connect(content_, &MenuBarPopoverContent::settingsRequested, this, [this] {
         hide();
@@ -109,17 +135,23 @@ void MenuBarPopoverWindowController::toggle(const QRect& anchor) {
         hide();
         return;
     }
-    if (sinceHidden_.isValid() && sinceHidden_.elapsed() < kSameClickMs)
+    const QRect target = anchor.isEmpty() ? anchor_ : anchor;
+    const bool sameClick =
+        sincePressOutside_.isValid() && sincePressOutside_.elapsed() < kSameClickMs &&
+        target.adjusted(-kSameClickSlack, -kSameClickSlack, kSameClickSlack, kSameClickSlack)
+            .contains(pressOutside_);
+    sincePressOutside_.invalidate();
+    if (sameClick)
         return;
     show(anchor);
 }
 
+void MenuBarPopoverWindowController::notePressOutside(const QPoint& globalPosition) {
+    pressOutside_ = globalPosition;
+    sincePressOutside_.start();
+}
+
 void MenuBarPopoverWindowController::noteHidden() {
-    // Only a mouse press closes the popup just before the item's own click arrives.
-    if (QGuiApplication::mouseButtons() != Qt::NoButton)
-        sinceHidden_.start();
-    else
-        sinceHidden_.invalidate();
     emit visibleChanged();
 }
 

@@ -27,7 +27,7 @@ public:
     void show(const QRect& anchor);
     void hide();
     // A click on the panel item: hides a shown popover, shows a hidden one. A click on the
-    // item that itself closed the popup (the popup sees it as an outside click just before
+    // item that itself closed the popup (the popup sees it as a press outside just before
     // the item reports it) counts as the hiding one.
     void toggle(const QRect& anchor);
 
@@ -47,12 +47,14 @@ private:
     void createWindow();
     void place();
     void noteHidden();
+    void notePressOutside(const QPoint& globalPosition);
 
     AppState& appState_;
     QPointer<Window> window_;
     MenuBarPopoverContent* content_ = nullptr;
     QRect anchor_;
-    QElapsedTimer sinceHidden_;
+    QPoint pressOutside_;
+    QElapsedTimer sincePressOutside_;
 };
 
 } // namespace lumetra

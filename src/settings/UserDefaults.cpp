@@ -26,7 +26,9 @@ constexpr int kReloadDelayMs = 50;
 UserDefaults::UserDefaults(QString filePath, Access access, QObject* parent)
     : QObject(parent), filePath_(std::move(filePath)), access_(access) {
     load();
-    if (access_ == Access::readOnly && !filePath_.isEmpty()) {
+    // Both modes follow the file: the terminal mode to pick up the application's changes,
+    // the application to pick up the user's hand edits.
+    if (!filePath_.isEmpty()) {
         reloadTimer_.setSingleShot(true);
         reloadTimer_.setInterval(kReloadDelayMs);
         connect(&reloadTimer_, &QTimer::timeout, this, &UserDefaults::reloadFromDisk);
@@ -127,6 +129,16 @@ void UserDefaults::moveAside(const QString& reason) {
               qUtf8Printable(filePath_), qUtf8Printable(reason));
 }
 
+void UserDefaults::keepBrokenEditAside() {
+    // The user's unreadable edit is about to be replaced: keep it beside the file.
+    reloadFailed_ = false;
+    const QString target = filePath_ + QLatin1StringView(".unreadable-edit");
+    QFile::remove(target);
+    if (QFile::rename(filePath_, target))
+        qCWarning(logSettings, "Kept the unreadable edit of %s as %s before saving",
+                  qUtf8Printable(filePath_), qUtf8Printable(target));
+}
+
 void UserDefaults::setValue(const QString& key, const QVariant& value) {
     if (!value.isValid()) {
         remove(key);
@@ -161,6 +173,8 @@ void UserDefaults::markDirty() {
 void UserDefaults::save() {
     if (filePath_.isEmpty() || access_ == Access::readOnly || !writable_)
         return;
+    if (reloadFailed_)
+        keepBrokenEditAside();
     const QByteArray bytes = SettingsFileFormat::serialize(domain_);
     QDir().mkpath(QFileInfo(filePath_).path());
     // Written beside the file and renamed over it, so a reader never sees half a file.

@@ -19,8 +19,12 @@ namespace lumetra {
 // with a timestamp, so nothing the user had is lost, and the domain starts empty.
 //
 // Read-only (the terminal mode, which may run beside the application): never writes and never
-// moves anything; it watches the file and reloads it when the application replaces it,
-// emitting changedExternally() when the contents really changed.
+// moves anything.
+//
+// Both modes watch the file and reload it when someone else replaces it (the application, or
+// the user editing it by hand), emitting changedExternally() when the contents really
+// changed. A file that no longer parses is ignored with one log line; before the application
+// next saves over it, it is kept beside it as settings.json.unreadable-edit.
 //
 // An empty path gives a domain that lives in memory only.
 class UserDefaults : public QObject {
@@ -65,7 +69,7 @@ public:
 signals:
     // After each setValue or remove, in order, once the change is in the domain.
     void stored(const QString& key);
-    // Read-only mode: the file changed on disk and the domain now holds its new contents.
+    // The file changed on disk and the domain now holds its new contents.
     void changedExternally();
 
 private:
@@ -73,6 +77,7 @@ private:
     void save();
     void markDirty();
     void moveAside(const QString& reason);
+    void keepBrokenEditAside();
     void watch();
     void reloadFromDisk();
     bool readFile(QByteArray& bytes, QString& error) const;

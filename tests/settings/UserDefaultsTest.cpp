@@ -8,6 +8,7 @@
 #include <QFileInfo>
 #include <QRegularExpression>
 #include <QSignalSpy>
+#include <QTest>
 
 #include <gtest/gtest.h>
 
@@ -128,14 +129,41 @@ TEST(UserDefaultsTest, ReadOnlyModeFollowsTheApplicationsFile) {
     EXPECT_EQ(follower.separator(), MenuBarSeparator::dot);
     EXPECT_EQ(style.count(), 1) << "only real changes notify";
 
-    // Equal values rewritten, then a broken file: the follower keeps what it read.
+    // Equal values rewritten, then a broken file: both keep what they read, one line each.
     LogCapture log(logSettings());
     app.setSeparator(MenuBarSeparator::dot);
     folder.write("{\"separator\": ");
     EXPECT_FALSE(external.wait(500));
     EXPECT_EQ(external.count(), 2);
     EXPECT_EQ(follower.separator(), MenuBarSeparator::dot);
-    EXPECT_EQ(log.lines().size(), 1);
+    EXPECT_EQ(app.separator(), MenuBarSeparator::dot);
+    EXPECT_EQ(log.lines().size(), 2);
+}
+
+TEST(UserDefaultsTest, TheApplicationFollowsHandEditsAndKeepsABrokenOneAside) {
+    SettingsFolder folder(R"({"separator": "dot", "launchCount": 4})");
+    UserDefaults defaults(folder.file());
+    SettingsStore app(defaults);
+    QSignalSpy separator(&app, &SettingsStore::separatorChanged);
+    QSignalSpy style(&app, &SettingsStore::metricCardStyleChanged);
+
+    folder.write(R"({"separator": "bullet", "launchCount": 4, "myNote": "kept"})");
+    ASSERT_TRUE(separator.wait(5000));
+    EXPECT_EQ(app.separator(), MenuBarSeparator::bullet);
+    EXPECT_EQ(style.count(), 0) << "only what changed notifies";
+
+    // A half-typed edit is ignored; the next save keeps it beside the file.
+    LogCapture log(logSettings());
+    folder.write(R"({"separator": "verticalBar", )");
+    QTest::qWait(300);
+    EXPECT_EQ(app.separator(), MenuBarSeparator::bullet);
+    app.setLaunchCount(5);
+    EXPECT_EQ(lumetra::testing::readFile(folder.file() + QStringLiteral(".unreadable-edit")),
+              QByteArray(R"({"separator": "verticalBar", )"));
+    const QVariantMap saved = folder.domain();
+    EXPECT_EQ(saved.value(QStringLiteral("launchCount")).toLongLong(), 5);
+    EXPECT_EQ(saved.value(QStringLiteral("myNote")).toString(), QStringLiteral("kept"));
+    EXPECT_EQ(log.lines().size(), 2) << log.lines().join(u'\n').toStdString();
 }
 
 } // namespace

@@ -1,0 +1,94 @@
+#include "app/LumetraApp.h"
+
+#include "core/AppState.h"
+#include "menubar/MenuBarPopoverWindowController.h"
+#include "settings/SettingsStore.h"
+#include "settings/SettingsTestSupport.h"
+
+#include <QSignalSpy>
+#include <QTest>
+#include <QWidget>
+
+#include <gtest/gtest.h>
+
+using namespace lumetra;
+using lumetra::testing::SettingsFolder;
+
+namespace {
+
+// The whole panel app over a temporary configuration folder, with update checks aimed at a
+// closed local port.
+class LumetraAppTest : public ::testing::Test {
+protected:
+    void SetUp() override {
+        qputenv("XDG_CONFIG_HOME", folder.dir.path().toUtf8());
+        qputenv("LUMETRA_UPDATE_MANIFEST_URL", "http://127.0.0.1:9/appcast.json");
+        qunsetenv("LUMETRA_UITEST_OPEN_SETTINGS");
+    }
+    void TearDown() override { qunsetenv("LUMETRA_UITEST_OPEN_SETTINGS"); }
+
+    SettingsFolder folder{QByteArray(R"({"hasCompletedOnboarding": true})")};
+};
+
+TEST_F(LumetraAppTest, BuildsTheGraphInOrderAndStartsSamplingOnceTheLoopRuns) {
+    LumetraApp app({});
+    const QStringList built{"settings",     "appearanceManager", "updateChecker", "appState",
+                            "recordLaunch", "dailyUpdateCheck",  "statusItem"};
+    EXPECT_EQ(app.startupSteps(), built);
+
+    QSignalSpy started(&app, &LumetraApp::samplingStarted);
+    ASSERT_TRUE(started.wait(2000));
+    EXPECT_EQ(app.startupSteps(), built + QStringList{"startSampling"});
+    EXPECT_EQ(app.appState().settings().launchCount(), 1);
+}
+
+TEST_F(LumetraAppTest, UiTestHookOpensSettingsAfterAFifthOfASecond) {
+    struct Case {
+        QByteArray value;
+        bool opens;
+    };
+    for (const Case& c : {Case{"1", true}, Case{"true", false}, Case{"01", false}}) {
+        qputenv("LUMETRA_UITEST_OPEN_SETTINGS", c.value);
+        LumetraApp app({});
+        QSignalSpy requested(&app, &LumetraApp::windowRequested);
+        QTest::qWait(100);
+        EXPECT_EQ(requested.count(), 0) << c.value.constData();
+        QTest::qWait(400);
+        const QStringList windows = [&] {
+            QStringList names;
+            for (const QList<QVariant>& call : requested)
+                names << call.at(0).toString();
+            return names;
+        }();
+        EXPECT_EQ(windows.contains(QStringLiteral("settings")), c.opens) << c.value.constData();
+    }
+}
+
+TEST_F(LumetraAppTest, WelcomeOpensOnlyBeforeOnboarding) {
+    folder.write(R"({"showWelcomeScreen": true, "hasCompletedOnboarding": false})");
+    LumetraApp first({});
+    QSignalSpy requested(&first, &LumetraApp::windowRequested);
+    ASSERT_TRUE(requested.wait(1000));
+    EXPECT_EQ(requested.at(0).at(0).toString(), QStringLiteral("welcome"));
+}
+
+TEST_F(LumetraAppTest, PopoverIsCreatedOnceAnd280Wide) {
+    LumetraApp app({});
+    MenuBarPopoverWindowController& popover = app.popover();
+    EXPECT_EQ(popover.window(), nullptr);
+    popover.show(QRect(600, 0, 22, 22));
+    QWidget* window = popover.window();
+    ASSERT_NE(window, nullptr);
+    EXPECT_TRUE(popover.isVisible());
+    EXPECT_EQ(window->width(), 280);
+    EXPECT_GT(window->height(), 20);
+    popover.toggle(QRect(600, 0, 22, 22));
+    EXPECT_FALSE(popover.isVisible());
+    popover.toggle(QRect(600, 0, 22, 22));
+    EXPECT_TRUE(popover.isVisible());
+    EXPECT_EQ(popover.window(), window) << "reused, not rebuilt";
+    QTest::keyClick(window, Qt::Key_Escape);
+    EXPECT_FALSE(popover.isVisible());
+}
+
+} // namespace

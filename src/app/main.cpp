@@ -16,7 +16,10 @@
 
 #include <QApplication>
 #include <QCoreApplication>
+#include <QLibraryInfo>
+#include <QLocale>
 #include <QTimer>
+#include <QTranslator>
 
 #include <cstdio>
 
@@ -79,6 +82,24 @@ int runTerminal(int argc, char* argv[], TerminalOptions options) {
     return app.exec();
 }
 
+// The user's language for the panel app's texts; the terminal mode keeps English, since
+// scripts read its lines. Installed catalogues first, then the build tree's.
+void installTranslations(QCoreApplication& app) {
+    const QString base = QCoreApplication::applicationDirPath();
+    static QTranslator qt;
+    if (qt.load(QLocale(), QStringLiteral("qtbase"), QStringLiteral("_"),
+                QLibraryInfo::path(QLibraryInfo::TranslationsPath)))
+        app.installTranslator(&qt);
+    static QTranslator own;
+    for (const QString& dir : {base + QStringLiteral("/" LUMETRA_TRANSLATIONS_RELATIVE_DIR),
+                               base + QStringLiteral("/translations")}) {
+        if (own.load(QLocale(), QStringLiteral("lumetra"), QStringLiteral("_"), dir)) {
+            app.installTranslator(&own);
+            return;
+        }
+    }
+}
+
 int runPanel(int argc, char* argv[], const TerminalOptions& options) {
     // A Wayland client cannot place its own windows; the popover must stand by the panel
     // item, so go through XWayland where there is one.
@@ -91,6 +112,7 @@ int runPanel(int argc, char* argv[], const TerminalOptions& options) {
     QGuiApplication::setDesktopFileName(QString::fromLatin1(kAppId));
     // The app lives in the panel: closing its last window does not end it.
     QApplication::setQuitOnLastWindowClosed(false);
+    installTranslations(app);
 
     SingleInstance instance;
     const QString request =

@@ -77,6 +77,8 @@ QByteArray XdgAutostartLoginItem::entryText(const QString& executable) {
     text += "Name=Lumetra\n";
     text += "Comment=A lightweight system monitor that lives in your menu bar.\n";
     text += "Exec=" + quotedExec(executable).toUtf8() + '\n';
+    // A removed binary leaves the entry behind; the session then skips it quietly.
+    text += "TryExec=" + executable.toUtf8() + '\n';
     text += "Icon=" + QByteArray(kAppId) + '\n';
     text += "Terminal=false\n";
     text += "X-GNOME-Autostart-enabled=true\n";

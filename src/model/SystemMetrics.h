@@ -6,6 +6,7 @@
 #include "model/ThermalState.h"
 
 #include <QMetaType>
+#include <QStringList>
 
 #include <cstdint>
 #include <optional>
@@ -25,6 +26,10 @@ struct SystemMetrics {
     TemperatureAvailability temperatureAvailability = TemperatureAvailability::unavailable;
     double downloadBytesPerSecond = 0;
     double uploadBytesPerSecond = 0;
+    // Where the figures came from: the sensors averaged into `temperature`, in order, each
+    // "chip/label"; and the interfaces whose traffic the rates count.
+    QStringList temperatureSources;
+    QStringList networkInterfaces;
 
     // Field by field; doubles by ordinary comparison, so a NaN makes two records unequal.
     bool operator==(const SystemMetrics&) const = default;

@@ -227,6 +227,11 @@ struct SettingsStore::Keys {
         QLatin1StringView("temperatureInterval"), &S::temperatureInterval_,
         &S::temperatureIntervalChanged, loadInterval<TemperatureInterval::two>,
         encodeInterval<TemperatureInterval>};
+    // Off keeps every up, running, non-loopback interface; on counts only those backed by a
+    // device, so VPN, bridge and container traffic is not counted twice.
+    static constexpr Setting<bool> networkPhysicalOnly{
+        QLatin1StringView("networkPhysicalOnly"), &S::networkPhysicalOnly_,
+        &S::networkPhysicalOnlyChanged, loadBool<false>, encodeBool};
 
     // Loading order.
     static constexpr auto all = std::tuple{&launchAtLogin,
@@ -247,7 +252,8 @@ struct SettingsStore::Keys {
                                            &customConfiguration,
                                            &metricCardStyle,
                                            &updateInterval,
-                                           &temperatureInterval};
+                                           &temperatureInterval,
+                                           &networkPhysicalOnly};
 };
 
 SettingsStore::SettingsStore(UserDefaults& defaults, QObject* parent)
@@ -351,6 +357,9 @@ void SettingsStore::setMetricCardStyle(MetricCardStyle value) {
 void SettingsStore::setUpdateInterval(UpdateInterval value) {
     assign(Keys::updateInterval, value);
 }
+void SettingsStore::setNetworkPhysicalOnly(bool value) {
+    assign(Keys::networkPhysicalOnly, value);
+}
 void SettingsStore::setTemperatureInterval(TemperatureInterval value) {
     assign(Keys::temperatureInterval, value);
 }
@@ -392,6 +401,7 @@ const QStringList& SettingsStore::keysRemovedByReset() {
         QStringLiteral("automaticallyCheckForUpdates"),
         QStringLiteral("metricCardStyle"),
         QStringLiteral("menuBarDisplayStyle"),
+        QStringLiteral("networkPhysicalOnly"),
     };
     return keys;
 }
@@ -422,6 +432,7 @@ void SettingsStore::resetToDefaults() {
     restore(Keys::temperatureInterval);
     restore(Keys::supportPromptDismissedVersion);
     restore(Keys::automaticallyCheckForUpdates);
+    restore(Keys::networkPhysicalOnly);
 }
 
 } // namespace lumetra

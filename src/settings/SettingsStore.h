@@ -70,6 +70,8 @@ class SettingsStore : public QObject {
                    NOTIFY updateIntervalChanged)
     Q_PROPERTY(lumetra::TemperatureInterval temperatureInterval READ temperatureInterval WRITE
                    setTemperatureInterval NOTIFY temperatureIntervalChanged)
+    Q_PROPERTY(bool networkPhysicalOnly READ networkPhysicalOnly WRITE setNetworkPhysicalOnly NOTIFY
+                   networkPhysicalOnlyChanged)
     Q_PROPERTY(QList<lumetra::MenuBarMetric> displayedMetrics READ displayedMetrics NOTIFY
                    displayedMetricsChanged)
 
@@ -101,6 +103,7 @@ public:
     MetricCardStyle metricCardStyle() const { return metricCardStyle_; }
     UpdateInterval updateInterval() const { return updateInterval_; }
     TemperatureInterval temperatureInterval() const { return temperatureInterval_; }
+    bool networkPhysicalOnly() const { return networkPhysicalOnly_; }
 
     void setLaunchAtLogin(bool value);
     void setShowWelcomeScreen(bool value);
@@ -121,6 +124,7 @@ public:
     void setMetricCardStyle(MetricCardStyle value);
     void setUpdateInterval(UpdateInterval value);
     void setTemperatureInterval(TemperatureInterval value);
+    void setNetworkPhysicalOnly(bool value);
 
     // Inserts or removes one metric; either way the whole set is written.
     void setMetricEnabled(MenuBarMetric metric, bool enabled);
@@ -134,7 +138,7 @@ public:
     // next launch. The login item itself is not touched.
     void resetToDefaults();
 
-    // The 17 keys a reset removes, in the order it removes them.
+    // The 18 keys a reset removes, in the order it removes them.
     static const QStringList& keysRemovedByReset();
 
 signals:
@@ -157,6 +161,7 @@ signals:
     void metricCardStyleChanged();
     void updateIntervalChanged();
     void temperatureIntervalChanged();
+    void networkPhysicalOnlyChanged();
     void displayedMetricsChanged();
 
 private:
@@ -190,6 +195,7 @@ private:
     MetricCardStyle metricCardStyle_{};
     UpdateInterval updateInterval_{};
     TemperatureInterval temperatureInterval_{};
+    bool networkPhysicalOnly_{};
     QList<MenuBarMetric> displayedMetrics_;
 };
 

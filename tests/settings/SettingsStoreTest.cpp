@@ -183,12 +183,14 @@ TEST(SettingsStoreTest, ResetRemovesSeventeenKeysThenAssignsTheDefaults) {
                             "enabledMetrics metricOrder separator memoryFormat temperatureFormat "
                             "themePreference appearanceMode customConfiguration updateInterval "
                             "temperatureInterval supportPromptDismissedVersion "
-                            "automaticallyCheckForUpdates metricCardStyle menuBarDisplayStyle";
+                            "automaticallyCheckForUpdates metricCardStyle menuBarDisplayStyle "
+                            "networkPhysicalOnly";
     const QString assigned = "launchAtLogin showWelcomeScreen enabledMetrics metricOrder "
                              "separator memoryFormat temperatureFormat menuBarDisplayStyle "
                              "themePreference appearanceMode customConfiguration "
                              "metricCardStyle updateInterval temperatureInterval "
-                             "supportPromptDismissedVersion automaticallyCheckForUpdates";
+                             "supportPromptDismissedVersion automaticallyCheckForUpdates "
+                             "networkPhysicalOnly";
     EXPECT_EQ(storedKeys.join(' '), removed + ' ' + assigned);
     // Each default assigned notifies once, and so does what is displayed.
     QStringList notified;

@@ -1,7 +1,7 @@
 #include "BenchMain.h"
 
-#include "samplers/DiskMonitor.h"
-#include "samplers/NetworkMonitor.h"
+#include "samplers/disk/DiskMonitor.h"
+#include "samplers/network/NetworkMonitor.h"
 
 using namespace lumetra;
 

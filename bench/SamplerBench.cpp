@@ -1,7 +1,7 @@
 #include "BenchMain.h"
 
-#include "samplers/CPUMonitor.h"
-#include "samplers/MemoryMonitor.h"
+#include "samplers/cpu/CPUMonitor.h"
+#include "samplers/memory/MemoryMonitor.h"
 
 using namespace lumetra;
 

@@ -1,11 +1,11 @@
 #include "BenchMain.h"
 
 #include "core/SystemMonitor.h"
-#include "samplers/AppleSiliconTemperatureProvider.h"
-#include "samplers/CPUMonitor.h"
-#include "samplers/DiskMonitor.h"
-#include "samplers/MemoryMonitor.h"
-#include "samplers/NetworkMonitor.h"
+#include "samplers/temperature/AppleSiliconTemperatureProvider.h"
+#include "samplers/cpu/CPUMonitor.h"
+#include "samplers/disk/DiskMonitor.h"
+#include "samplers/memory/MemoryMonitor.h"
+#include "samplers/network/NetworkMonitor.h"
 
 #include <QCoreApplication>
 

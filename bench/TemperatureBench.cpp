@@ -1,6 +1,6 @@
 #include "BenchMain.h"
 
-#include "samplers/AppleSiliconTemperatureProvider.h"
+#include "samplers/temperature/AppleSiliconTemperatureProvider.h"
 
 #include <filesystem>
 

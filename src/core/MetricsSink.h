@@ -4,7 +4,7 @@
 #include "model/MemoryPressureLevel.h"
 #include "model/NetworkCounterSample.h"
 #include "model/TemperatureReading.h"
-#include "samplers/MemorySnapshot.h"
+#include "samplers/memory/MemorySnapshot.h"
 
 #include <QObject>
 

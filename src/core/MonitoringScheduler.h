@@ -1,12 +1,12 @@
 #pragma once
 
 #include "core/MetricsSink.h"
-#include "samplers/CPUProviding.h"
-#include "samplers/DiskProviding.h"
-#include "samplers/MemoryProviding.h"
-#include "samplers/NetworkProviding.h"
-#include "samplers/SerialExecutor.h"
-#include "samplers/ThermalMonitor.h"
+#include "samplers/cpu/CPUProviding.h"
+#include "samplers/disk/DiskProviding.h"
+#include "samplers/memory/MemoryProviding.h"
+#include "samplers/network/NetworkProviding.h"
+#include "model/SerialExecutor.h"
+#include "samplers/temperature/ThermalMonitor.h"
 
 #include <QPointer>
 #include <QThread>

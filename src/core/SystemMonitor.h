@@ -4,7 +4,7 @@
 #include "core/MonitoringScheduler.h"
 #include "model/MetricHistory.h"
 #include "model/SystemMetrics.h"
-#include "samplers/TemperatureProviding.h"
+#include "samplers/temperature/TemperatureProviding.h"
 
 #include <functional>
 #include <memory>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "settings/EnumTable.h"
+#include "model/EnumTable.h"
 
 namespace lumetra {
 

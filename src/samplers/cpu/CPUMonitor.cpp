@@ -1,0 +1,48 @@
+#include "samplers/cpu/CPUMonitor.h"
+
+#include "model/Logging.h"
+
+namespace lumetra {
+
+namespace {
+
+// The aggregate line comes first and is far shorter than this, whatever the core count.
+constexpr std::size_t kFirstLineLimit = 1024;
+
+} // namespace
+
+CPUMonitor::CPUMonitor(const KernelRoots& roots) : stat_(roots.proc("stat")) {}
+
+std::optional<CPUTicks> CPUMonitor::readTicks() {
+    std::lock_guard guard(readLock_);
+    const KernelFileRead read = stat_.readPrefix(kFirstLineLimit);
+    std::optional<CPUTicks> ticks;
+    if (read.ok())
+        ticks = parseProcStatCPULine(read.text);
+    if (ticks) {
+        failureReported_ = false;
+        return ticks;
+    }
+    stat_.reopenNextTime();
+    // Logged once per run of failures, not on every tick.
+    if (!failureReported_) {
+        failureReported_ = true;
+        const int code = read.ok() ? EBADMSG : read.errnoValue;
+        qCCritical(logMonitoring, "host_statistics(HOST_CPU_LOAD_INFO) failed: %d", code);
+        qCWarning(logMonitoring, "%s %s", stat_.path().c_str(),
+                  read.ok() ? "has no readable aggregate cpu line" : describe(read.error));
+    }
+    return std::nullopt;
+}
+
+double CPUMonitor::currentUsage() {
+    const std::optional<CPUTicks> sample = readTicks();
+    if (!sample)
+        return 0;
+    std::lock_guard guard(lock_);
+    const double usage = previousSample_ ? usageBetween(*previousSample_, *sample) : 0;
+    previousSample_ = sample;
+    return usage;
+}
+
+} // namespace lumetra

@@ -1,0 +1,113 @@
+#include "samplers/memory/MemoryMonitor.h"
+
+#include "model/Logging.h"
+
+namespace lumetra {
+
+MemoryMonitor::MemoryMonitor(const KernelRoots& roots) : MemoryMonitor(roots, Options()) {}
+
+MemoryMonitor::MemoryMonitor(const KernelRoots& roots, Options options)
+    : options_(std::move(options)), meminfo_(roots.proc("meminfo"), 256 * 1024),
+      pressureFile_(roots.proc("pressure/memory"), 64 * 1024) {
+    std::string whyNot;
+    std::vector<PressureTrigger> triggers = options_.armTriggers(pressureFile_.path(), whyNot);
+    if (triggers.empty()) {
+        qCInfo(logMonitoring, "Memory pressure triggers not armed (%s); reading %s instead",
+               whyNot.c_str(), pressureFile_.path().c_str());
+        return;
+    }
+    armed_ = true;
+    watcher_ = std::make_unique<PressureWatcher>(
+        std::move(triggers), [this](PressureEvent event) { onTriggerEvent(event); },
+        [this] { onTriggersLost(); });
+}
+
+MemoryMonitor::~MemoryMonitor() {
+    watcher_.reset(); // join the watcher before the state it writes goes away
+}
+
+bool MemoryMonitor::triggersArmed() const {
+    std::lock_guard guard(lock_);
+    return armed_;
+}
+
+void MemoryMonitor::onTriggerEvent(PressureEvent event) {
+    std::lock_guard guard(lock_);
+    rule_.onEvent(event, options_.now());
+}
+
+void MemoryMonitor::onTriggersLost() {
+    std::lock_guard guard(lock_);
+    armed_ = false;
+    qCWarning(logMonitoring, "Memory pressure trigger lost; reading %s instead",
+              pressureFile_.path().c_str());
+}
+
+std::optional<MemorySnapshot> MemoryMonitor::currentSnapshot() {
+    std::lock_guard guard(meminfoLock_);
+    const KernelFileRead read = meminfo_.readAll();
+    MeminfoParse parsed;
+    if (read.ok() || read.error == KernelFileError::tooLarge)
+        parsed = parseMeminfo(read.text);
+    if (parsed.snapshot) {
+        snapshotFailureReported_ = false;
+        return parsed.snapshot;
+    }
+    meminfo_.reopenNextTime();
+    // Logged once per run of failures, not on every tick.
+    if (!snapshotFailureReported_) {
+        snapshotFailureReported_ = true;
+        const bool readFailed = !read.ok() && read.error != KernelFileError::tooLarge;
+        qCCritical(logMonitoring, "host_statistics64(HOST_VM_INFO64) failed: %d",
+                   readFailed ? read.errnoValue : EBADMSG);
+        const char* reason = readFailed ? describe(read.error)
+                             : parsed.error == MeminfoError::noTotal
+                                 ? "has no MemTotal"
+                                 : "has neither MemAvailable nor MemFree";
+        qCWarning(logMonitoring, "%s %s", meminfo_.path().c_str(), reason);
+    }
+    return std::nullopt;
+}
+
+// Called with lock_ held.
+std::optional<PressureAverages> MemoryMonitor::readAverages() {
+    if (pressureFileMissing_)
+        return std::nullopt;
+    const KernelFileRead read = pressureFile_.readAll();
+    std::optional<PressureAverages> averages;
+    if (read.ok())
+        averages = parsePressureAverages(read.text);
+    if (averages) {
+        pressureFailureReported_ = false;
+        return averages;
+    }
+    pressureFile_.reopenNextTime();
+    if (read.error == KernelFileError::missing) {
+        // Kernels before 4.20, or built without PSI: there is nothing to watch.
+        pressureFileMissing_ = true;
+        qCWarning(logMonitoring, "No memory pressure information (%s %s); reporting normal",
+                  pressureFile_.path().c_str(), describe(read.error));
+    } else if (!pressureFailureReported_) {
+        pressureFailureReported_ = true;
+        qCWarning(logMonitoring, "%s %s; reporting normal memory pressure",
+                  pressureFile_.path().c_str(),
+                  read.ok() ? "has no readable averages" : describe(read.error));
+    }
+    return std::nullopt;
+}
+
+MemoryPressureLevel MemoryMonitor::pressure() {
+    std::lock_guard guard(lock_);
+    const auto now = options_.now();
+    if (armed_) {
+        if (rule_.needsAverages(now)) {
+            if (const auto averages = readAverages())
+                rule_.settle(*averages, now);
+        }
+        return rule_.level();
+    }
+    const auto averages = readAverages();
+    return averages ? PressureLevelRule::levelFromAverages(*averages) : MemoryPressureLevel::normal;
+}
+
+} // namespace lumetra

@@ -1,0 +1,126 @@
+#include "samplers/temperature/HwmonKeyReader.h"
+#include "samplers/temperature/AppleSiliconTemperatureKeys.h"
+#include "samplers/temperature/AppleSiliconTemperatureProvider.h"
+#include "samplers/temperature/smc/SMCClient.h"
+#include "support/Cases.h"
+#include "support/FixtureTree.h"
+
+#include <gtest/gtest.h>
+
+using namespace lumetra;
+using lumetra::testing::fixtureRoot;
+using lumetra::testing::ScratchTree;
+using lumetra::testing::thrown;
+using Groups = std::vector<std::vector<std::string>>;
+
+namespace {
+
+Groups groupsOf(const std::string& root) {
+    return HwmonKeyReader(KernelRoots(root)).candidateGroups(kAppleSiliconTemperatureKeys);
+}
+
+std::optional<double> degrees(HwmonKeyReader& reader, const std::string& key) {
+    const SMCKeyValue value = reader.readKey(key);
+    return SMCClient::decodeValue(value.dataType, value.bytes());
+}
+
+// The fixture machines: an Intel desktop (i7-7700: coretemp, acpitz, PCH and x86_pkg_temp
+// zones, throttle counters), an AMD desktop (Ryzen 9 5900X: k10temp with two CCDs, amdgpu,
+// nct6798, NVMe), a Raspberry Pi 5 (cpu-thermal zone with fan trips), a MacBook Air M2 under
+// Asahi Linux (macsmc_hwmon, sensors named by the device tree under the SMC node: Asahi
+// exercises the SMC-key rule, which an Intel Mac's applesmc keys never match), and a cloud VM
+// without any sensor. Then two layouts: an Asahi tree that names Apple Silicon die keys (those
+// come first, in the key table's order), and a mix of vendors and old kernels: a
+// Threadripper-style k10temp (Tdie is the die, Tctl carries an offset), coretemp's attributes
+// on the parent device with "Physical id", a second socket repeating the core labels, and zone
+// types (case-insensitive cpu/soc, the Pi's bcm2835; not the GPU, not a cooling device).
+TEST(HwmonKeyReaderTest, MachinesOfferCandidatesByTheRulesInOrder) {
+    const std::pair<const char*, Groups> cases[] = {
+        {"desktop-intel",
+         {{"coretemp/Package id 0"},
+          {"coretemp/Core 0", "coretemp/Core 1", "coretemp/Core 2", "coretemp/Core 3"},
+          {"x86_pkg_temp/thermal_zone2"},
+          {"acpitz/thermal_zone0"}}},
+        {"amd-desktop", {{"k10temp/Tctl", "k10temp/Tccd1", "k10temp/Tccd2"}}},
+        {"raspberry-pi", {{"cpu-thermal/thermal_zone0"}}},
+        {"apple-laptop", {{"macsmc_hwmon/SoC Backside Temp"}}},
+        {"no-sensors-vm", {}},
+        {"hwmon-layouts/asahi-die-keys",
+         {{"macsmc_hwmon/CPU Core 1 Temp", "macsmc_hwmon/CPU Core 2 Temp"},
+          {"macsmc_hwmon/CPU Core 2 Temp", "macsmc_hwmon/CPU Core 1 Temp",
+           "macsmc_hwmon/SoC Backside Temp"}}},
+        {"hwmon-layouts/mixed-vendors",
+         {{"coretemp/Physical id 1", "coretemp/Physical id 0"},
+          {"coretemp/Core 0", "coretemp/Core 0 (hwmon10)"},
+          {"k10temp/Tdie", "k10temp/Tccd1"},
+          {"TCPU/thermal_zone0", "soc-thermal/thermal_zone1", "bcm2835_thermal/thermal_zone3",
+           "x86_pkg_temp/thermal_zone5"},
+          {"acpitz/thermal_zone4"}}}};
+    for (const auto& [machine, groups] : cases)
+        EXPECT_EQ(groupsOf(fixtureRoot(machine)), groups) << machine;
+}
+
+TEST(HwmonKeyReaderTest, ReadsMillidegreesAsFloatDegrees) {
+    HwmonKeyReader reader(KernelRoots(fixtureRoot("desktop-intel")));
+    const SMCKeyValue value = reader.readKey("coretemp/Package id 0");
+    EXPECT_EQ(value.dataType, "flt ");
+    EXPECT_EQ(value.size, 4u);
+    EXPECT_EQ(SMCClient::decodeValue(value.dataType, value.bytes()), 45.0);
+    EXPECT_NEAR(*degrees(reader, "nvme/Composite"), 38.85, 1e-5);
+    EXPECT_NEAR(*degrees(reader, "acpitz/temp1"), 27.8, 1e-5); // no label: the channel
+    EXPECT_EQ(thrown<SMCError>([&] { reader.readKey("Tp01"); }), SMCError::keyNotFound());
+}
+
+TEST(HwmonKeyReaderTest, BadInputsFailTheReadNotTheProgram) {
+    ScratchTree tree;
+    const QString chip = "sys/class/hwmon/hwmon0";
+    tree.write(chip + "/name", "coretemp\n");
+    // Core 4's input is a directory, Core 2's goes away before the read.
+    const std::tuple<const char*, QByteArray, std::optional<double>, int> cases[] = {
+        {"Package id 0", "garbage", std::nullopt, 0},
+        {"Core 0", "", std::nullopt, 0},
+        {"Core 1", "-5000", -5.0, 0},
+        {"Core 2", "45000", std::nullopt, ENOENT},
+        {"Core 3", QByteArray(100000, '7'), std::nullopt, 0},
+        {"Core 4", "", std::nullopt, EISDIR}};
+    for (std::size_t i = 0; i < std::size(cases); ++i) {
+        const QString channel = chip + "/temp" + QString::number(i + 1);
+        tree.write(channel + "_label", std::get<0>(cases[i]) + QByteArray("\n"));
+        tree.write(channel + "_input", std::get<1>(cases[i]) + "\n");
+    }
+    tree.remove(chip + "/temp6_input");
+    tree.makeDirectory(chip + "/temp6_input");
+    HwmonKeyReader reader(KernelRoots(tree.root()));
+    tree.remove(chip + "/temp4_input");
+    for (const auto& [label, input, value, error] : cases) {
+        const std::string key = "coretemp/" + std::string(label);
+        if (value)
+            EXPECT_EQ(degrees(reader, key), value) << label;
+        else
+            EXPECT_EQ(thrown<SMCError>([&] { reader.readKey(key); }), SMCError::callFailed(error))
+                << label;
+    }
+    // A file that is fixed after a bad read is read again.
+    tree.write(chip + "/temp1_input", "47000\n");
+    EXPECT_EQ(degrees(reader, "coretemp/Package id 0"), 47.0);
+}
+
+// A package sensor that reads nonsense gives way to the cores; a rule is kept once it
+// yields a plausible sensor, so the zones below it are never used.
+TEST(HwmonKeyReaderTest, ProviderFallsThroughToTheNextRule) {
+    ScratchTree tree;
+    const QString chip = "sys/class/hwmon/hwmon0/";
+    tree.write(chip + "name", "coretemp\n");
+    for (const auto& [channel, label, input] : {std::tuple{"1", "Package id 0", "0"},
+                                                {"2", "Core 0", "40000"},
+                                                {"3", "Core 1", "50000"}}) {
+        tree.write(chip + "temp" + channel + "_label", QByteArray(label) + "\n");
+        tree.write(chip + "temp" + channel + "_input", QByteArray(input) + "\n");
+    }
+    tree.write("sys/class/thermal/thermal_zone0/type", "x86_pkg_temp\n");
+    tree.write("sys/class/thermal/thermal_zone0/temp", "90000\n");
+    AppleSiliconTemperatureProvider provider(KernelRoots(tree.root()));
+    EXPECT_EQ(provider.currentReading().temperature, 45.0);
+}
+
+} // namespace

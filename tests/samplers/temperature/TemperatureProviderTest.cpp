@@ -1,0 +1,194 @@
+#include "model/Logging.h"
+#include "samplers/temperature/AppleSiliconTemperatureKeys.h"
+#include "samplers/temperature/AppleSiliconTemperatureProvider.h"
+#include "samplers/temperature/smc/SMCClient.h"
+#include "samplers/temperature/smc/SMCSimulator.h"
+#include "samplers/temperature/ThermalMonitor.h"
+#include "support/FixtureTree.h"
+#include "support/LogCapture.h"
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <set>
+#include <thread>
+
+using namespace lumetra;
+using lumetra::testing::fixtureRoot;
+
+namespace {
+
+struct SensorLog : lumetra::testing::LogCapture {
+    SensorLog() : LogCapture(logSensors()) {}
+};
+
+// A provider over a simulated SMC whose table the test edits between readings.
+struct SimulatedMachine {
+    SMCSimulator* smc = nullptr;
+    int opens = 0;
+    int thermalCode = 0;
+    std::optional<SMCError> openError;
+
+    std::unique_ptr<AppleSiliconTemperatureProvider> provider() {
+        auto owned = std::make_unique<SMCSimulator>();
+        smc = owned.get();
+        auto shared = std::make_shared<std::unique_ptr<SMCSimulator>>(std::move(owned));
+        return std::make_unique<AppleSiliconTemperatureProvider>(
+            [this, shared] {
+                ++opens;
+                if (openError)
+                    throw *openError;
+                return TemperatureSensorSource::smc(
+                    std::make_unique<SMCClient>(std::move(*shared)));
+            },
+            [this] { return thermalCode; });
+    }
+};
+
+// The mean of the keys plausible at the first reading (5 to 115 °C, both ends included); each
+// later reading leaves out those that drift out of range or stop answering.
+TEST(TemperatureProviderTest, MeanOfTheKeysFoundOnceThatAreStillInRange) {
+    SimulatedMachine machine;
+    auto provider = machine.provider();
+    machine.smc->setFloat("Tp01", 40.0f);
+    machine.smc->setFloat("Tp09", 50.0f);
+    machine.smc->setKey("Tc0a", "sp78", {60, 0x00});
+    machine.smc->setFloat("Tp05", 2.0f); // implausible at discovery: never read again
+    SensorLog log;
+    const TemperatureReading reading = provider->currentReading();
+    EXPECT_EQ(reading.temperature, 50.0);
+    EXPECT_EQ(reading.availability, TemperatureAvailability::exactTemperature);
+    machine.smc->clearCalls();
+    machine.smc->setFloat("Tp05", 70.0f);
+    EXPECT_EQ(provider->currentReading().temperature, 50.0);
+    EXPECT_EQ(machine.smc->calls().size(), 6u) << "the three validated keys, two calls each";
+
+    for (const auto& [value, mean] : {std::pair{115.0f, 215.0 / 3},
+                                      {115.01f, 50.0},
+                                      {5.0f, 35.0},
+                                      {4.99f, 50.0},
+                                      {NAN, 50.0},
+                                      {-40.0f, 50.0}}) {
+        machine.smc->setFloat("Tp09", value);
+        EXPECT_NEAR(provider->currentReading().temperature.value_or(-300), mean, 1e-9) << value;
+    }
+    machine.smc->removeKey("Tp09");
+    EXPECT_EQ(provider->currentReading().temperature, 50.0);
+    machine.smc->setFloat("Tp01", 4.0f);
+    machine.smc->setKey("Tc0a", "sp78", {120, 0x00});
+    const TemperatureReading none = provider->currentReading();
+    EXPECT_FALSE(none.temperature);
+    EXPECT_EQ(none.availability, TemperatureAvailability::unavailable);
+    machine.smc->setFloat("Tp09", 46.0f);
+    EXPECT_EQ(provider->currentReading().temperature, 46.0) << "back again";
+    EXPECT_EQ(machine.opens, 1);
+    EXPECT_EQ(log.lines(), QStringList{"Resolved 3 temperature SMC key(s)"});
+}
+
+TEST(TemperatureProviderTest, OpeningFailureIsTriedAndLoggedOnce) {
+    SimulatedMachine machine;
+    machine.openError = SMCError::failedToOpen(-13);
+    auto provider = machine.provider();
+    SensorLog log;
+    // The thermal state is read each time all the same; unknown codes are nominal.
+    for (const auto& [code, state] : {std::pair{2, ThermalState::serious},
+                                      {0, ThermalState::nominal},
+                                      {1, ThermalState::fair},
+                                      {3, ThermalState::critical},
+                                      {4, ThermalState::nominal},
+                                      {-1, ThermalState::nominal}}) {
+        machine.thermalCode = code;
+        const TemperatureReading reading = provider->currentReading();
+        EXPECT_FALSE(reading.temperature);
+        EXPECT_EQ(reading.availability, TemperatureAvailability::unavailable);
+        EXPECT_EQ(reading.thermalState, state) << code;
+    }
+    EXPECT_EQ(machine.opens, 1);
+    EXPECT_EQ(log.lines(), QStringList{"SMC client unavailable: failedToOpen(-13)"});
+}
+
+TEST(TemperatureProviderTest, DiscoveryProbesTheTableOnceEvenWhenNothingIsPlausible) {
+    SimulatedMachine machine;
+    auto provider = machine.provider();
+    SensorLog log;
+    EXPECT_FALSE(provider->currentReading().temperature);
+    std::vector<std::uint32_t> probed, table; // one information call per key, in table order
+    for (const SMCCallRecord& call : machine.smc->calls())
+        probed.push_back(call.key());
+    for (const auto& key : kAppleSiliconTemperatureKeys)
+        table.push_back(encodeSMCKey(key));
+    EXPECT_EQ(probed, table);
+    // Keys appearing later are not picked up: discovery is not repeated.
+    machine.smc->setFloat("Tp01", 40.0f);
+    machine.smc->clearCalls();
+    EXPECT_FALSE(provider->currentReading().temperature);
+    EXPECT_TRUE(machine.smc->calls().empty());
+    EXPECT_EQ(machine.opens, 1);
+    EXPECT_EQ(log.lines(),
+              QStringList{"No plausible Apple Silicon temperature SMC keys found on this Mac"});
+}
+
+// Each fixture machine: the sensors chosen, the temperature and the thermal state.
+TEST(TemperatureProviderTest, FixtureMachinesReadTheDieTemperatureAndState) {
+    struct Case {
+        const char* machine;
+        std::optional<double> temperature;
+        ThermalState state;
+        const char* log;
+    };
+    const char* const one = "Resolved 1 temperature SMC key(s)";
+    for (const Case& c : std::initializer_list<Case>{
+             // coretemp "Package id 0"; the x86_pkg_temp zone has only placeholder trips
+             {"desktop-intel", 45.0, ThermalState::nominal, one},
+             // k10temp Tctl, Tccd1, Tccd2 (no Tdie on Zen 3); the GPU and Super I/O do not count
+             {"amd-desktop", (52.875 + 47.25 + 44.0) / 3, ThermalState::nominal,
+              "Resolved 3 temperature SMC key(s)"},
+             // the cpu-thermal zone, not its hwmon twin; above the lowest fan trip
+             {"raspberry-pi", 55.6, ThermalState::fair, one},
+             // Asahi: no Apple Silicon die key in the device tree, so "SoC Backside Temp"
+             {"apple-laptop", 41.25, ThermalState::nominal, one},
+             {"no-sensors-vm", std::nullopt, ThermalState::nominal,
+              "No plausible Apple Silicon temperature SMC keys found on this machine"}}) {
+        SCOPED_TRACE(c.machine);
+        SensorLog log;
+        AppleSiliconTemperatureProvider provider(KernelRoots(fixtureRoot(c.machine)));
+        for (int i = 0; i < 3; ++i) {
+            const TemperatureReading reading = provider.currentReading();
+            EXPECT_NEAR(reading.temperature.value_or(-300), c.temperature.value_or(-300), 1e-4);
+            EXPECT_EQ(reading.availability, c.temperature
+                                                ? TemperatureAvailability::exactTemperature
+                                                : TemperatureAvailability::unavailable);
+            EXPECT_EQ(reading.thermalState, c.state);
+        }
+        EXPECT_EQ(log.lines(), QStringList{c.log});
+    }
+}
+
+// The monitor runs every reading on one thread of its own (so one at a time), in order, and
+// hands the results back.
+struct RecordingProvider final : TemperatureProviding {
+    TemperatureReading currentReading() override {
+        threads.insert(std::this_thread::get_id());
+        TemperatureReading reading;
+        reading.temperature = ++count;
+        return reading;
+    }
+    int count = 0;
+    std::set<std::thread::id> threads;
+};
+
+TEST(ThermalMonitorTest, SerialisesReadingsOnOneThread) {
+    auto provider = std::make_shared<RecordingProvider>();
+    {
+        ThermalMonitor monitor(provider);
+        std::vector<std::future<TemperatureReading>> futures;
+        for (int i = 0; i < 10; ++i)
+            futures.push_back(monitor.currentReading());
+        for (int i = 0; i < 10; ++i)
+            EXPECT_EQ(futures[i].get().temperature, i + 1.0);
+    }
+    ASSERT_EQ(provider->threads.size(), 1u);
+    EXPECT_NE(*provider->threads.begin(), std::this_thread::get_id());
+}
+
+} // namespace

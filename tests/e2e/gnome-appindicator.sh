@@ -1,0 +1,120 @@
+#!/bin/sh
+# The panel item in GNOME Shell's top bar (the AppIndicator extension, Ubuntu's default): the
+# item's text label is the label `lumetra --print` prints with the same settings, the top bar
+# shows that text, and the text follows the figures as they change.
+# Run under xvfb-run (a 1280-wide screen) and dbus-run-session; $1 is the lumetra binary.
+# Screenshots go to $LUMETRA_E2E_SHOTS when it is set.
+set -u
+lumetra=$1
+for tool in gnome-shell xdotool import tesseract dbus-update-activation-environment python3; do
+    command -v $tool >/dev/null || { echo "SKIP: $tool is not installed"; exit 77; }
+done
+[ -d /usr/share/gnome-shell/extensions/ubuntu-appindicators@ubuntu.com ] ||
+    { echo "SKIP: the AppIndicator extension is not installed"; exit 77; }
+here=$(dirname "$0")
+. "$here/lib.sh"
+. "$here/gnome-lib.sh"
+e2e_home
+cleanup() {
+    kill ${app:-} ${load:-} 2>/dev/null
+    gnome_stop
+    wait 2>/dev/null
+    rm -rf "$work"
+}
+trap cleanup EXIT
+base='"hasCompletedOnboarding": true, "showWelcomeScreen": false, "updateInterval": 1.0'
+
+t_start=$(now_ms)
+gnome_start
+echo "shell up after $(($(now_ms) - t_start)) ms"
+
+# Settings whose figures hold still for seconds: memory as used over total, in the bar style
+# (a mark, a level bar and the value), so the label and a separate --print can be compared
+# exactly.
+e2e_settings "$base, \"enabledMetrics\": [\"memory\"], \"memoryFormat\": \"usedOverTotal\", \"menuBarDisplayStyle\": \"miniBar\""
+"$lumetra" >"$work/app.log" 2>&1 &
+app=$!
+wait_until 10 find_item "$app" || { watcher_items; cat "$work/app.log"; gnome_proxy_warnings; fail "lumetra's item never registered with the shell"; }
+has_label() { [ -n "$(item_label)" ]; }
+wait_until 5 has_label || fail "the item has no XAyatanaLabel: $(item_property XAyatanaLabel)"
+
+# label_is_print: the label before or after a --print run equals what it printed (the figures
+# may move while it runs; a few tries make a stable moment).
+label_is_print() {
+    tries=0
+    while [ $tries -lt 5 ]; do
+        before=$(item_label)
+        printed=$("$lumetra" --print 2>/dev/null)
+        after=$(item_label)
+        [ "$printed" = "$before" ] || [ "$printed" = "$after" ] && return 0
+        tries=$((tries + 1))
+    done
+    echo "label '$before' / '$after', --print '$printed'"
+    return 1
+}
+label_is_print || fail "the bar-style label is not what --print prints"
+echo "bar style: label and --print both read '$printed'"
+
+# The same in the text style, which the top bar is read back in.
+e2e_settings "$base, \"enabledMetrics\": [\"memory\"], \"memoryFormat\": \"usedOverTotal\", \"menuBarDisplayStyle\": \"textOnly\""
+text_style() { case "$(item_label)" in *' / '*B) ! item_label | grep -q '▓\|░' ;; *) false ;; esac; }
+wait_until 5 text_style || fail "the label did not follow the settings file: '$(item_label)'"
+label_is_print || fail "the text-style label is not what --print prints"
+echo "text style: label and --print both read '$printed'"
+
+# What a person sees: the top bar read back from a screenshot. Spaces are left out of the
+# comparison (OCR spaces are unreliable); everything else must match.
+squeeze() { tr -d ' \t\n'; }
+# bar_shows_label FILE: a screenshot taken while the label held still shows it in the top bar.
+bar_shows_label() {
+    tries=0
+    while [ $tries -lt 8 ]; do
+        before=$(item_label)
+        import -window root "$work/$1"
+        after=$(item_label)
+        if [ "$before" = "$after" ]; then
+            seen=$(top_bar_text "$work/$1")
+            case "$(echo "$seen" | squeeze)" in
+            *"$(echo "$before" | squeeze)"*) [ -n "${LUMETRA_E2E_SHOTS:-}" ] && mkdir -p "$LUMETRA_E2E_SHOTS" &&
+                cp "$work/$1" "$LUMETRA_E2E_SHOTS/$1"; return 0 ;;
+            esac
+        fi
+        tries=$((tries + 1))
+        sleep 0.3
+    done
+    [ -n "${LUMETRA_E2E_SHOTS:-}" ] && mkdir -p "$LUMETRA_E2E_SHOTS" && cp "$work/$1" "$LUMETRA_E2E_SHOTS/$1"
+    echo "label '$before' / '$after', the top bar reads '$seen'"
+    return 1
+}
+bar_shows_label gnome-label.png || fail "the top bar does not show the label"
+echo "top bar shows '$before'"
+
+# Figures that move: CPU and memory in use. A load (two busy loops and 1 GiB held) moves them.
+e2e_settings "$base, \"enabledMetrics\": [\"cpu\", \"memory\"], \"memoryFormat\": \"usedOnly\", \"menuBarDisplayStyle\": \"textOnly\""
+shape() { sed 's/[0-9][0-9.]*/N/g'; }
+cpu_and_ram() { item_label | grep -qx 'CPU [0-9]*%  RAM [0-9.]* [KMGT]*B'; }
+wait_until 5 cpu_and_ram || fail "the label did not follow the settings file: '$(item_label)'"
+printed=$("$lumetra" --print 2>/dev/null)
+[ "$(item_label | shape)" = "$(echo "$printed" | shape)" ] ||
+    fail "label '$(item_label)' and --print '$printed' differ in form"
+bar_shows_label gnome-before-load.png || fail "the top bar does not show the label before the load"
+idle_label=$before
+python3 -c 'import time; b = b"x" * (1 << 30); time.sleep(30)' &
+load=$!
+sh -c 'while :; do :; done' &
+load="$load $!"
+sh -c 'while :; do :; done' &
+load="$load $!"
+ram() { item_label | sed -n 's/.*RAM //p'; }
+idle_ram=$(echo "$idle_label" | sed -n 's/.*RAM //p')
+ram_moved() { [ "$(ram)" != "$idle_ram" ]; }
+wait_until 8 ram_moved || fail "the label did not follow the load: '$(item_label)'"
+bar_shows_label gnome-under-load.png || fail "the top bar does not show the label under load"
+echo "under load the top bar shows '$before' (before: '$idle_label')"
+[ "$before" != "$idle_label" ] || fail "the top bar shows the same figures under load"
+kill $load 2>/dev/null
+load=
+
+warnings=$(gnome_proxy_warnings) && fail "the shell could not build the item's proxy: $warnings"
+kill -0 "$app" || fail "lumetra is gone"
+echo "PASS in $(($(now_ms) - t_start)) ms"

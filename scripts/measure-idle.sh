@@ -76,7 +76,33 @@ window() {
 }
 
 echo "lumetra at the 1 s interval, $host, $(nproc) cores, ${measure} s windows"
+# The item's D-Bus traffic in the closed window: every message from or to its connection.
+monitor=
+if find_item "$app" 2>/dev/null; then
+    owner=$(gdbus call --session --dest org.freedesktop.DBus --object-path /org/freedesktop/DBus \
+        --method org.freedesktop.DBus.GetNameOwner "$item_service" | sed -n "s/^('\(.*\)',)$/\1/p")
+    dbus-monitor --session --pcap "sender=$owner" "destination=$owner" >"$work/bus.pcap" 2>/dev/null &
+    monitor=$!
+fi
 window "popover closed"
+if [ -n "$monitor" ]; then
+    kill "$monitor"
+    wait "$monitor" 2>/dev/null || true
+    # pcap: a 24-byte file header, then per message a 16-byte record header and the message.
+    python3 - "$work/bus.pcap" "$((measure + settle))" <<'PY'
+import struct, sys
+data = open(sys.argv[1], "rb").read()
+seconds = float(sys.argv[2])
+at, count, total = 24, 0, 0
+while at + 16 <= len(data):
+    length = struct.unpack_from("<I", data, at + 8)[0]
+    at += 16 + length
+    count += 1
+    total += length
+print(f"D-Bus, popover closed: {count} messages, {total} bytes in {seconds:.0f} s"
+      f" = {total / seconds:.0f} bytes per 1 s tick")
+PY
+fi
 # A second start opens the running one's popover.
 "$lumetra" >/dev/null 2>&1
 wait_until 5 popover_of "$app" >/dev/null || { echo "the popover did not open" >&2; exit 1; }

@@ -86,6 +86,24 @@ shot xfce-popover.png
 item_activate $ax $ay || fail "second Activate failed"
 wait_until 3 no_popover_of "$app" || fail "a second Activate did not hide the popover"
 
+# A real click on the icon in the panel: the panel sends Activate, the popover opens under the
+# icon; a second click on the icon closes it (the popover's own outside-click and the panel's
+# Activate are one click: it must not close and open again).
+set -- $(/usr/bin/convert "$work/before.png" "$work/after.png" -compose difference -composite \
+    -threshold 5% -trim -format '%w %h %[fx:page.x] %[fx:page.y]' info:)
+ix=$(($3 + $1 / 2)) iy=$(($4 + $2 / 2))
+echo "icon drawn at ${1}x${2}+${3}+${4}"
+xdotool mousemove $ix $iy click 1
+wait_until 3 popover_of "$app" >/dev/null || fail "no popover after a click on the icon"
+set -- $(geometry "$(popover_of "$app")")
+echo "popover after a click on the icon at $1,$2"
+[ "$1" -le $ix ] && [ $((ix - $1)) -le 280 ] || fail "the popover ($1..$(($1 + 280))) is not beside the icon at x=$ix"
+shot xfce-click.png
+sleep 0.3
+xdotool click 1
+sleep 1
+popover_of "$app" >/dev/null && fail "a click on the icon did not close the open popover"
+
 # A restarted panel: the item registers again with the new watcher.
 kill "$panel"
 wait "$panel" 2>/dev/null

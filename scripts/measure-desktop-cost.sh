@@ -91,10 +91,14 @@ kill "$app"
 wait "$app" 2>/dev/null || true
 app=
 
-gnome-extensions enable "$monitor"
+shell_call() {
+    gdbus call --session --dest org.gnome.Shell --object-path /org/gnome/Shell --method "org.gnome.Shell.Extensions.$1" "$monitor"
+}
+shell_call EnableExtension >/dev/null
 sleep "$settle"
-gnome-extensions info "$monitor" | grep -q 'State: ENABLED' || {
-    gnome-extensions info "$monitor"
+# State 1 is "enabled"; anything else (3 is "error") means it is not running.
+shell_call GetExtensionInfo | grep -q "'state': <1.0>" || {
+    shell_call GetExtensionInfo | grep -o "'state': <[^>]*>\|'error': <[^>]*>"
     grep -a -i 'system-monitor' "$shell_log" | tail -5
     echo "the system-monitor extension did not start" >&2
     exit 1
@@ -104,7 +108,7 @@ echo "3. + system-monitor:         shell ${ext} %"
 
 awk -v b="$base" -v s="$shell_l" -v a="$app_l" -v e="$ext" 'BEGIN {
     lum = a + (s - b); added = e - b
-    printf "lumetra: %.2f %% (own %.2f + shell extra %.2f); system-monitor adds %.2f %%\n", lum, a, s - b, added
+    printf "Lumetra in all: %.2f %% (own %.2f + shell extra %.2f); system-monitor adds %.2f %%\n", lum, a, s - b, added
     if (added > 0) printf "ratio lumetra / extension: %.2f (budget 1.00, aim 0.50)\n", lum / added
     else print "ratio: the extension added nothing measurable"
 }'

@@ -91,16 +91,50 @@ if [ -n "$monitor" ]; then
     # pcap: a 24-byte file header, then per message a 16-byte record header and the message.
     python3 - "$work/bus.pcap" "$((measure + settle))" <<'PY'
 import struct, sys
+from collections import Counter
+
+def member(message):
+    """The message's member, or its reply kind, from the D-Bus header fields."""
+    order = "<" if message[0:1] == b"l" else ">"
+    kind = message[1]
+    if kind == 2:
+        return "(method return)"
+    if kind == 3:
+        return "(error)"
+    fields_end = 16 + struct.unpack_from(order + "I", message, 12)[0]
+    at = 16
+    while at < fields_end:
+        at = (at + 7) & ~7
+        code, signature_length = message[at], message[at + 1]
+        signature = message[at + 2:at + 2 + signature_length].decode()
+        at += 3 + signature_length
+        if signature in ("s", "o"):
+            at = (at + 3) & ~3
+            length = struct.unpack_from(order + "I", message, at)[0]
+            if code == 3:
+                return message[at + 4:at + 4 + length].decode()
+            at += 5 + length
+        elif signature == "g":
+            at += 2 + message[at]
+        else:  # u
+            at = ((at + 3) & ~3) + 4
+    return "?"
+
 data = open(sys.argv[1], "rb").read()
 seconds = float(sys.argv[2])
 at, count, total = 24, 0, 0
+by_member = Counter()
 while at + 16 <= len(data):
     length = struct.unpack_from("<I", data, at + 8)[0]
+    message = data[at + 16:at + 16 + length]
     at += 16 + length
     count += 1
     total += length
+    by_member[member(message)] += length
 print(f"D-Bus, popover closed: {count} messages, {total} bytes in {seconds:.0f} s"
       f" = {total / seconds:.0f} bytes per 1 s tick")
+for name, size in by_member.most_common():
+    print(f"  {name}: {size / seconds:.0f} bytes per tick")
 PY
 fi
 # A second start opens the running one's popover.

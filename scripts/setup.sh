@@ -11,6 +11,8 @@ packages=(
     clang libclang-rt-14-dev clang-format valgrind
     xvfb xauth dbus x11-utils libglib2.0-bin fonts-dejavu-core iproute2 util-linux dosfstools e2fsprogs procps python3 python3-psutil
     dpkg-dev desktop-file-utils appstream groff-base
+    dbus-x11 xdotool imagemagick tesseract-ocr tesseract-ocr-eng libgl1-mesa-dri trayer xfce4-panel xfconf
+    gnome-shell gnome-shell-extension-appindicator
 )
 
 missing=()

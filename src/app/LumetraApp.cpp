@@ -6,6 +6,7 @@
 #include "desktop/DesktopAccessibility.h"
 #include "desktop/XdgAutostartLoginItem.h"
 #include "menubar/MenuBarPopoverWindowController.h"
+#include "menubar/StatusItemController.h"
 #include "model/Logging.h"
 #include "settings/SettingsStore.h"
 #include "settings/UserDefaults.h"
@@ -15,6 +16,8 @@
 
 #include <QApplication>
 #include <QTimer>
+
+#include <cstdio>
 
 namespace lumetra {
 
@@ -95,7 +98,19 @@ void LumetraApp::connectWindows() {
             &LumetraApp::quit);
 }
 
-void LumetraApp::installStatusItem() {}
+void LumetraApp::installStatusItem() {
+    // Parented to the app, which lives for the whole process.
+    auto* item = new StatusItemController(appState_->systemMonitor(), appState_->settings(), this);
+    connect(item, &StatusItemController::toggleRequested, this, &LumetraApp::togglePopover);
+    connect(item, &StatusItemController::showDashboardRequested, this, [this] { showPopover({}); });
+    connect(item, &StatusItemController::settingsRequested, this, &LumetraApp::showSettings);
+    connect(item, &StatusItemController::quitRequested, this, &LumetraApp::quit);
+    if (!item->panelAvailable())
+        std::fputs(qPrintable(tr("lumetra: no panel here can show lumetra's item (no "
+                                 "StatusNotifierWatcher on the session bus and no system "
+                                 "tray); run lumetra again to open the dashboard\n")),
+                   stderr);
+}
 
 void LumetraApp::handleRequest(const QString& what) {
     if (what == QLatin1String("settings"))

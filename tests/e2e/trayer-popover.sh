@@ -7,26 +7,21 @@ set -u
 lumetra=$1
 command -v trayer >/dev/null || { echo "SKIP: trayer is not installed"; exit 77; }
 command -v xdotool >/dev/null || { echo "SKIP: xdotool is not installed"; exit 77; }
-work=$(mktemp -d)
+. "$(dirname "$0")/lib.sh"
+e2e_home
 cleanup() {
-    kill "$app" "$tray" 2>/dev/null
+    kill "${app:-}" "${tray:-}" 2>/dev/null
     wait 2>/dev/null
     rm -rf "$work"
 }
 trap cleanup EXIT
-export XDG_CONFIG_HOME="$work/config" HOME="$work" LUMETRA_UPDATE_MANIFEST_URL=http://127.0.0.1:9/
-mkdir -p "$XDG_CONFIG_HOME/lumetra"
-echo '{"hasCompletedOnboarding": true, "showWelcomeScreen": false}' >"$XDG_CONFIG_HOME/lumetra/settings.json"
-shot() { [ -n "${LUMETRA_E2E_SHOTS:-}" ] && mkdir -p "$LUMETRA_E2E_SHOTS" && import -window root "$LUMETRA_E2E_SHOTS/$1" 2>/dev/null; true; }
-mapped() { xwininfo -id "$1" 2>/dev/null | grep -q 'Map State: IsViewable'; }
-geometry() { # id -> "x y w h"
-    xwininfo -id "$1" | awk '/Absolute upper-left X/{x=$NF} /Absolute upper-left Y/{y=$NF} /Width:/{w=$NF} /Height:/{h=$NF} END{print x, y, w, h}'
-}
 
 trayer --edge top --align right --widthtype request --height 24 --SetDockType true \
     --transparent false --tint 0x303030 >"$work/trayer.log" 2>&1 &
 tray=$!
-sleep 1
+# The tray is up once its window is (the icon would find it later too, but later costs time).
+tray_up() { xdotool search --pid "$tray" >/dev/null 2>&1; }
+wait_until 10 tray_up || { cat "$work/trayer.log"; fail "trayer never showed"; }
 "$lumetra" >"$work/app.log" 2>&1 &
 app=$!
 

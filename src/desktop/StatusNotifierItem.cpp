@@ -1,0 +1,240 @@
+#include "desktop/StatusNotifierItem.h"
+
+#include "desktop/DBusMenu.h"
+#include "model/Logging.h"
+
+#include <QCoreApplication>
+#include <QDBusArgument>
+#include <QDBusConnectionInterface>
+#include <QDBusMessage>
+#include <QDBusMetaType>
+#include <QDBusObjectPath>
+#include <QDBusPendingCallWatcher>
+#include <QDBusPendingReply>
+#include <QDBusServiceWatcher>
+
+namespace lumetra {
+
+namespace {
+
+const QString kItemInterface = QStringLiteral("org.kde.StatusNotifierItem");
+
+const char* const kIntrospection =
+    "<property name=\"Category\" type=\"s\" access=\"read\"/>\n"
+    "<property name=\"Id\" type=\"s\" access=\"read\"/>\n"
+    "<property name=\"Title\" type=\"s\" access=\"read\"/>\n"
+    "<property name=\"Status\" type=\"s\" access=\"read\"/>\n"
+    "<property name=\"IconPixmap\" type=\"a(iiay)\" access=\"read\"/>\n"
+    "<property name=\"ToolTip\" type=\"(sa(iiay)ss)\" access=\"read\"/>\n"
+    "<property name=\"ItemIsMenu\" type=\"b\" access=\"read\"/>\n"
+    "<property name=\"Menu\" type=\"o\" access=\"read\"/>\n"
+    "<property name=\"XAyatanaLabel\" type=\"s\" access=\"read\"/>\n"
+    "<property name=\"XAyatanaLabelGuide\" type=\"s\" access=\"read\"/>\n"
+    "<signal name=\"NewIcon\"/>\n"
+    "<signal name=\"NewToolTip\"/>\n"
+    "<signal name=\"NewStatus\"><arg name=\"status\" type=\"s\"/></signal>\n"
+    "<signal name=\"NewTitle\"/>\n"
+    "<signal name=\"XAyatanaNewLabel\"><arg name=\"label\" type=\"s\"/>"
+    "<arg name=\"guide\" type=\"s\"/></signal>\n"
+    "<method name=\"Activate\"><arg name=\"x\" type=\"i\" direction=\"in\"/>"
+    "<arg name=\"y\" type=\"i\" direction=\"in\"/></method>\n"
+    "<method name=\"SecondaryActivate\"><arg name=\"x\" type=\"i\" direction=\"in\"/>"
+    "<arg name=\"y\" type=\"i\" direction=\"in\"/></method>\n"
+    "<method name=\"ContextMenu\"><arg name=\"x\" type=\"i\" direction=\"in\"/>"
+    "<arg name=\"y\" type=\"i\" direction=\"in\"/></method>\n"
+    "<method name=\"Scroll\"><arg name=\"delta\" type=\"i\" direction=\"in\"/>"
+    "<arg name=\"orientation\" type=\"s\" direction=\"in\"/></method>\n";
+
+void registerTypes() {
+    static const bool once = [] {
+        qDBusRegisterMetaType<StatusNotifierIconPixmap>();
+        qDBusRegisterMetaType<StatusNotifierIconPixmaps>();
+        return true;
+    }();
+    (void)once;
+}
+
+} // namespace
+
+QString StatusNotifierItem::watcherService() {
+    return QStringLiteral("org.kde.StatusNotifierWatcher");
+}
+
+QString StatusNotifierItem::objectPathName() {
+    return QStringLiteral("/StatusNotifierItem");
+}
+
+QString StatusNotifierItem::menuPathName() {
+    return QStringLiteral("/MenuBar");
+}
+
+StatusNotifierItem::StatusNotifierItem(const QDBusConnection& bus, DBusMenu& menu, QObject* parent)
+    : StatusNotifierDBusObject(kItemInterface, QString::fromLatin1(kIntrospection), parent),
+      connection_(bus), menu_(menu) {
+    registerTypes();
+    service_ =
+        QStringLiteral("org.kde.StatusNotifierItem-%1-1").arg(QCoreApplication::applicationPid());
+}
+
+StatusNotifierItem::~StatusNotifierItem() {
+    if (started_)
+        connection_.unregisterService(service_);
+}
+
+bool StatusNotifierItem::start() {
+    if (started_)
+        return true;
+    if (!connection_.isConnected())
+        return false;
+    if (!exportOn(connection_, objectPathName()) || !menu_.exportOn(connection_, menuPathName())) {
+        qCWarning(logUi).noquote() << "cannot export the panel item on the session bus";
+        return false;
+    }
+    if (!connection_.registerService(service_))
+        qCWarning(logUi).noquote() << "cannot own" << service_
+                                   << "on the session bus:" << connection_.lastError().message();
+    started_ = true;
+
+    watcher_ = new QDBusServiceWatcher(watcherService(), connection_,
+                                       QDBusServiceWatcher::WatchForOwnerChange, this);
+    connect(watcher_, &QDBusServiceWatcher::serviceOwnerChanged, this,
+            [this](const QString&, const QString&, const QString& newOwner) {
+                watcherOwnerChanged(newOwner);
+            });
+    const QDBusReply<bool> present = connection_.interface()->isServiceRegistered(watcherService());
+    watcherOwnerChanged(present.isValid() && present.value() ? QStringLiteral("present")
+                                                             : QString());
+    return true;
+}
+
+void StatusNotifierItem::watcherOwnerChanged(const QString& newOwner) {
+    setRegistered(false);
+    setWatcherPresent(!newOwner.isEmpty());
+    if (!newOwner.isEmpty())
+        registerWithWatcher();
+}
+
+void StatusNotifierItem::registerWithWatcher() {
+    QDBusMessage call = QDBusMessage::createMethodCall(
+        watcherService(), QStringLiteral("/StatusNotifierWatcher"), watcherService(),
+        QStringLiteral("RegisterStatusNotifierItem"));
+    call << service_;
+    auto* pending = new QDBusPendingCallWatcher(connection_.asyncCall(call), this);
+    connect(pending, &QDBusPendingCallWatcher::finished, this,
+            [this](QDBusPendingCallWatcher* finished) {
+                finished->deleteLater();
+                const QDBusPendingReply<> reply = *finished;
+                if (reply.isError()) {
+                    qCWarning(logUi).noquote()
+                        << "the panel's StatusNotifierWatcher refused lumetra's item:"
+                        << reply.error().message();
+                    return;
+                }
+                // A reply that arrives after the watcher went away counts for nothing.
+                if (watcherPresent_)
+                    setRegistered(true);
+            });
+}
+
+void StatusNotifierItem::setWatcherPresent(bool present) {
+    if (watcherPresent_ == present)
+        return;
+    watcherPresent_ = present;
+    emit watcherPresentChanged();
+}
+
+void StatusNotifierItem::setRegistered(bool registered) {
+    if (registered_ == registered)
+        return;
+    registered_ = registered;
+    emit registeredChanged();
+}
+
+void StatusNotifierItem::setTitle(const QString& title) {
+    if (title_ == title)
+        return;
+    title_ = title;
+    emitSignal(QStringLiteral("NewTitle"));
+}
+
+bool StatusNotifierItem::setLabel(const QString& label, const QString& guide) {
+    if (label_ == label && labelGuide_ == guide)
+        return false;
+    label_ = label;
+    labelGuide_ = guide;
+    emitSignal(QStringLiteral("XAyatanaNewLabel"), {label_, labelGuide_});
+    return true;
+}
+
+bool StatusNotifierItem::setIconPixmaps(const StatusNotifierIconPixmaps& pixmaps) {
+    if (pixmaps_ == pixmaps)
+        return false;
+    pixmaps_ = pixmaps;
+    emitSignal(QStringLiteral("NewIcon"));
+    return true;
+}
+
+void StatusNotifierItem::setToolTip(const QString& title, const QString& text) {
+    if (toolTipTitle_ == title && toolTipText_ == text)
+        return;
+    toolTipTitle_ = title;
+    toolTipText_ = text;
+    toolTipAnnounced_ = false;
+}
+
+void StatusNotifierItem::announceToolTip() {
+    if (toolTipAnnounced_)
+        return;
+    toolTipAnnounced_ = true;
+    emitSignal(QStringLiteral("NewToolTip"));
+}
+
+QVariantMap StatusNotifierItem::properties() const {
+    // (sa(iiay)ss): icon name, icon images, title, text. The panel draws the item's own icon.
+    QDBusArgument toolTip;
+    toolTip.beginStructure();
+    toolTip << QString() << StatusNotifierIconPixmaps() << toolTipTitle_ << toolTipText_;
+    toolTip.endStructure();
+    return {
+        {QStringLiteral("Category"), QStringLiteral("SystemServices")},
+        {QStringLiteral("Id"), id_},
+        {QStringLiteral("Title"), title_},
+        {QStringLiteral("Status"), QStringLiteral("Active")},
+        {QStringLiteral("IconPixmap"), QVariant::fromValue(pixmaps_)},
+        {QStringLiteral("ToolTip"), QVariant::fromValue(toolTip)},
+        // Not a menu: a left click is Activate, which toggles the dashboard.
+        {QStringLiteral("ItemIsMenu"), false},
+        {QStringLiteral("Menu"), QVariant::fromValue(QDBusObjectPath(menuPathName()))},
+        {QStringLiteral("XAyatanaLabel"), label_},
+        {QStringLiteral("XAyatanaLabelGuide"), labelGuide_},
+    };
+}
+
+bool StatusNotifierItem::handleMethod(const QDBusMessage& message,
+                                      const QDBusConnection& connection) {
+    const QString member = message.member();
+    const QVariantList arguments = message.arguments();
+    const QString signature = message.signature();
+    const QPoint position(arguments.value(0).toInt(), arguments.value(1).toInt());
+    // Answer first: the reaction may open a window, and the host should not wait for it.
+    if (signature == QLatin1String("ii") &&
+        (member == QLatin1String("Activate") || member == QLatin1String("SecondaryActivate") ||
+         member == QLatin1String("ContextMenu"))) {
+        connection.send(message.createReply());
+        if (member == QLatin1String("Activate"))
+            emit activateRequested(position);
+        else if (member == QLatin1String("SecondaryActivate"))
+            emit secondaryActivateRequested(position);
+        else
+            emit contextMenuRequested(position);
+        return true;
+    }
+    if (member == QLatin1String("Scroll") && signature == QLatin1String("is")) {
+        connection.send(message.createReply());
+        emit scrollRequested(arguments.value(0).toInt(), arguments.value(1).toString());
+        return true;
+    }
+    return false;
+}
+
+} // namespace lumetra

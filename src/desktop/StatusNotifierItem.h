@@ -1,0 +1,94 @@
+#pragma once
+
+#include "desktop/StatusNotifierDBusObject.h"
+#include "desktop/StatusNotifierIconPixmap.h"
+
+#include <QDBusConnection>
+#include <QPoint>
+#include <QTimer>
+
+class QDBusServiceWatcher;
+
+namespace lumetra {
+
+class DBusMenu;
+
+// The panel item as an org.kde.StatusNotifierItem on the session bus: a text label for the
+// hosts that show one (XAyatanaLabel), an icon, a tooltip and a menu. It owns the name
+// org.kde.StatusNotifierItem-PID-1, registers with org.kde.StatusNotifierWatcher, and again
+// whenever that name gets a new owner (a restarted panel or shell). Signals go out only
+// when what they announce really changed, so a quiet tick sends nothing.
+class StatusNotifierItem : public StatusNotifierDBusObject {
+    Q_OBJECT
+    Q_PROPERTY(bool watcherPresent READ isWatcherPresent NOTIFY watcherPresentChanged)
+    Q_PROPERTY(bool registered READ isRegistered NOTIFY registeredChanged)
+
+public:
+    static QString watcherService();
+    static QString objectPathName(); // "/StatusNotifierItem"
+    static QString menuPathName();   // "/MenuBar"
+
+    // `menu` is exported beside the item and named by its Menu property; not owned.
+    StatusNotifierItem(const QDBusConnection& bus, DBusMenu& menu, QObject* parent = nullptr);
+    ~StatusNotifierItem() override;
+
+    // Exports the item and its menu, takes the item's bus name and registers with the watcher
+    // if there is one. False without a usable bus.
+    bool start();
+
+    const QString& serviceName() const { return service_; }
+    bool isWatcherPresent() const { return watcherPresent_; }
+    bool isRegistered() const { return registered_; }
+
+    const QString& label() const { return label_; }
+    const QString& labelGuide() const { return labelGuide_; }
+    const StatusNotifierIconPixmaps& iconPixmaps() const { return pixmaps_; }
+
+    void setId(const QString& id) { id_ = id; }
+    void setTitle(const QString& title);
+    // XAyatanaNewLabel goes out only when the label or the guide changed; returns whether.
+    bool setLabel(const QString& label, const QString& guide);
+    // NewIcon goes out only when the images changed; returns whether.
+    bool setIconPixmaps(const StatusNotifierIconPixmaps& pixmaps);
+    // Stored for hosts that ask; announced with NewToolTip only by announceToolTip(), so a
+    // tooltip that changes on every tick (the rates) does not cost a signal on every tick.
+    void setToolTip(const QString& title, const QString& text);
+    // NewToolTip, when the tooltip changed since it was last announced.
+    void announceToolTip();
+
+signals:
+    void activateRequested(const QPoint& position);
+    void secondaryActivateRequested(const QPoint& position);
+    void contextMenuRequested(const QPoint& position);
+    void scrollRequested(int delta, const QString& orientation);
+    void watcherPresentChanged();
+    void registeredChanged();
+
+protected:
+    QVariantMap properties() const override;
+    bool handleMethod(const QDBusMessage& message, const QDBusConnection& connection) override;
+
+private:
+    void watcherOwnerChanged(const QString& newOwner);
+    void registerWithWatcher();
+    void setWatcherPresent(bool present);
+    void setRegistered(bool registered);
+
+    QDBusConnection connection_;
+    DBusMenu& menu_;
+    QDBusServiceWatcher* watcher_ = nullptr;
+    QString service_;
+    bool started_ = false;
+    bool watcherPresent_ = false;
+    bool registered_ = false;
+    QString id_ = QStringLiteral("lumetra");
+    QString title_ = QStringLiteral("lumetra");
+    QString label_;
+    QString labelGuide_;
+    StatusNotifierIconPixmaps pixmaps_;
+    QString toolTipTitle_;
+    QString toolTipText_;
+    bool toolTipAnnounced_ = true;
+};
+
+} // namespace lumetra

@@ -1,0 +1,422 @@
+#include "desktop/StatusNotifierItem.h"
+#include "desktop/DBusMenu.h"
+#include "desktop/DBusSignalRecorder.h"
+#include "desktop/PrivateSessionBus.h"
+
+#include <QDBusArgument>
+#include <QDBusConnectionInterface>
+#include <QDBusMessage>
+#include <QDBusPendingCall>
+#include <QDBusPendingReply>
+#include <QDBusVariant>
+#include <QSignalSpy>
+
+#include <gtest/gtest.h>
+
+#include <functional>
+
+namespace lumetra {
+namespace {
+
+using testing::PrivateSessionBus;
+using testing::waitFor;
+
+// ---- the pixmap encoding -------------------------------------------------------------
+
+struct PixmapCase {
+    std::string name;
+    int width;
+    int height;
+    QList<quint32> pixels;
+    QByteArray bytes;
+};
+
+class IconPixmapEncoding : public ::testing::TestWithParam<PixmapCase> {};
+
+TEST_P(IconPixmapEncoding, WritesArgbInNetworkByteOrder) {
+    const PixmapCase& c = GetParam();
+    const StatusNotifierIconPixmap pixmap =
+        StatusNotifierIconPixmap::fromArgb32(c.width, c.height, c.pixels);
+    EXPECT_EQ(pixmap.width, c.width);
+    EXPECT_EQ(pixmap.height, c.height);
+    EXPECT_EQ(pixmap.data.toHex(' ').toStdString(), c.bytes.toHex(' ').toStdString());
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    StatusNotifier, IconPixmapEncoding,
+    ::testing::Values(PixmapCase{"TwoByOneRedAndHalfGreen",
+                                 2,
+                                 1,
+                                 {0xFFFF0000u, 0x8000FF00u},
+                                 QByteArray::fromHex("ffff0000"
+                                                     "8000ff00")},
+                      PixmapCase{"OneByTwoDistinctBytes",
+                                 1,
+                                 2,
+                                 {0x01020304u, 0xA0B0C0D0u},
+                                 QByteArray::fromHex("01020304"
+                                                     "a0b0c0d0")},
+                      PixmapCase{
+                          "Transparent", 1, 1, {0x00000000u}, QByteArray::fromHex("00000000")}),
+    [](const auto& info) { return info.param.name; });
+
+TEST(StatusNotifierIconPixmapTest, MarshalsAsListOfIntIntBytes) {
+    // The item registers the D-Bus types when it is made.
+    DBusMenu menu;
+    StatusNotifierItem item(QDBusConnection(QString()), menu);
+    QDBusArgument argument;
+    argument << StatusNotifierIconPixmaps{
+        StatusNotifierIconPixmap::fromArgb32(1, 1, QList<quint32>{0xFF000000u})};
+    EXPECT_EQ(argument.currentSignature().toStdString(), "a(iiay)");
+}
+
+// ---- the item on a private bus -------------------------------------------------------
+
+// A StatusNotifierWatcher as panels run it, counting registrations.
+class FakeWatcher : public QObject {
+    Q_OBJECT
+    Q_CLASSINFO("D-Bus Interface", "org.kde.StatusNotifierWatcher")
+
+public:
+    QStringList registered;
+
+public slots:
+    void RegisterStatusNotifierItem(const QString& service) { registered.append(service); }
+};
+
+class StatusNotifierItemBus : public ::testing::Test {
+protected:
+    void SetUp() override {
+        if (!bus.available())
+            GTEST_SKIP() << "no dbus-daemon to run a private bus";
+        itemBus = bus.connect();
+        listener = bus.connect();
+        ASSERT_TRUE(itemBus.isConnected());
+        item = std::make_unique<StatusNotifierItem>(itemBus, menu);
+        recorder = std::make_unique<testing::DBusSignalRecorder>(
+            listener, StatusNotifierItem::objectPathName(),
+            QStringLiteral("org.kde.StatusNotifierItem"),
+            QStringList{QStringLiteral("NewIcon"), QStringLiteral("NewToolTip"),
+                        QStringLiteral("NewTitle"), QStringLiteral("NewStatus"),
+                        QStringLiteral("XAyatanaNewLabel")});
+    }
+
+    void startListening() { ASSERT_TRUE(item->start()); }
+
+    // The signals received so far; a NewTitle sent last marks that all before it arrived.
+    QStringList drained() {
+        static int marker = 0;
+        item->setTitle(QStringLiteral("marker %1").arg(++marker));
+        EXPECT_TRUE(
+            waitFor([&] { return recorder->members.contains(QStringLiteral("NewTitle")); }));
+        QStringList members = recorder->members;
+        members.removeAll(QStringLiteral("NewTitle"));
+        recorder->members.clear();
+        return members;
+    }
+
+    QDBusMessage call(const QString& path, const QString& interface, const QString& member,
+                      const QVariantList& arguments) {
+        QDBusMessage message =
+            QDBusMessage::createMethodCall(item->serviceName(), path, interface, member);
+        message.setArguments(arguments);
+        QDBusPendingCall pending = listener.asyncCall(message);
+        EXPECT_TRUE(waitFor([&] { return pending.isFinished(); }));
+        return pending.reply();
+    }
+    QDBusMessage getProperty(const QString& interface, const QString& name) {
+        return call(StatusNotifierItem::objectPathName(),
+                    QStringLiteral("org.freedesktop.DBus.Properties"), QStringLiteral("Get"),
+                    {interface, name});
+    }
+
+    PrivateSessionBus bus;
+    QDBusConnection itemBus{QString()};
+    QDBusConnection listener{QString()};
+    DBusMenu menu{{{1, QStringLiteral("Show Dashboard")},
+                   {2, QStringLiteral("Settings…")},
+                   {3, QStringLiteral("Quit lumetra")}}};
+    std::unique_ptr<StatusNotifierItem> item;
+    std::unique_ptr<testing::DBusSignalRecorder> recorder;
+};
+
+struct SignalCase {
+    std::string name;
+    std::function<void(StatusNotifierItem&)> steps;
+    QStringList expected;
+};
+
+class StatusNotifierItemSignals : public StatusNotifierItemBus,
+                                  public ::testing::WithParamInterface<SignalCase> {};
+
+const StatusNotifierIconPixmaps kIconA{
+    StatusNotifierIconPixmap::fromArgb32(1, 1, QList<quint32>{0xFF0A84FFu})};
+const StatusNotifierIconPixmaps kIconB{
+    StatusNotifierIconPixmap::fromArgb32(1, 1, QList<quint32>{0xFFFF3B30u})};
+
+TEST_P(StatusNotifierItemSignals, SendOnlyWhatChanged) {
+    startListening();
+    GetParam().steps(*item);
+    EXPECT_EQ(drained(), GetParam().expected);
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    StatusNotifier, StatusNotifierItemSignals,
+    ::testing::Values(
+        SignalCase{"SameLabelTwice",
+                   [](StatusNotifierItem& item) {
+                       item.setLabel(QStringLiteral("CPU 14%"), QStringLiteral("CPU 888%"));
+                       item.setLabel(QStringLiteral("CPU 14%"), QStringLiteral("CPU 888%"));
+                   },
+                   {QStringLiteral("XAyatanaNewLabel")}},
+        SignalCase{"NewFigureThenNewGuide",
+                   [](StatusNotifierItem& item) {
+                       item.setLabel(QStringLiteral("CPU 14%"), QStringLiteral("CPU 888%"));
+                       item.setLabel(QStringLiteral("CPU 15%"), QStringLiteral("CPU 888%"));
+                       item.setLabel(QStringLiteral("CPU 15%"), QStringLiteral("C 888%"));
+                   },
+                   {QStringLiteral("XAyatanaNewLabel"), QStringLiteral("XAyatanaNewLabel"),
+                    QStringLiteral("XAyatanaNewLabel")}},
+        SignalCase{"SameImageTwice",
+                   [](StatusNotifierItem& item) {
+                       item.setIconPixmaps(kIconA);
+                       item.setIconPixmaps(kIconA);
+                   },
+                   {QStringLiteral("NewIcon")}},
+        SignalCase{
+            "ImageChangedBack",
+            [](StatusNotifierItem& item) {
+                item.setIconPixmaps(kIconA);
+                item.setIconPixmaps(kIconB);
+                item.setIconPixmaps(kIconB);
+                item.setIconPixmaps(kIconA);
+            },
+            {QStringLiteral("NewIcon"), QStringLiteral("NewIcon"), QStringLiteral("NewIcon")}},
+        SignalCase{"ToolTipOnlyWhenAnnounced",
+                   [](StatusNotifierItem& item) {
+                       item.setToolTip(QStringLiteral("lumetra"), QStringLiteral("CPU 1%"));
+                       item.setToolTip(QStringLiteral("lumetra"), QStringLiteral("CPU 2%"));
+                       item.announceToolTip();
+                       item.announceToolTip();
+                       item.setToolTip(QStringLiteral("lumetra"), QStringLiteral("CPU 2%"));
+                       item.announceToolTip();
+                   },
+                   {QStringLiteral("NewToolTip")}}),
+    [](const auto& info) { return info.param.name; });
+
+TEST_F(StatusNotifierItemBus, LabelSignalCarriesLabelAndGuide) {
+    startListening();
+    item->setLabel(QStringLiteral("CPU 14%"), QStringLiteral("CPU 888%"));
+    drained();
+    ASSERT_FALSE(recorder->arguments.isEmpty());
+    EXPECT_EQ(recorder->arguments.front(),
+              (QVariantList{QStringLiteral("CPU 14%"), QStringLiteral("CPU 888%")}));
+}
+
+struct PropertyCase {
+    std::string name;
+    QString interface;
+    QString property;
+    QString errorName; // empty: a value is expected
+    QVariant value;
+};
+
+class StatusNotifierItemProperties : public StatusNotifierItemBus,
+                                     public ::testing::WithParamInterface<PropertyCase> {};
+
+TEST_P(StatusNotifierItemProperties, AnswerGet) {
+    ASSERT_TRUE(item->start());
+    item->setLabel(QStringLiteral("CPU 14%"), QStringLiteral("CPU 888%"));
+    const PropertyCase& c = GetParam();
+    const QDBusMessage reply = getProperty(c.interface, c.property);
+    if (!c.errorName.isEmpty()) {
+        EXPECT_EQ(reply.type(), QDBusMessage::ErrorMessage);
+        EXPECT_EQ(reply.errorName().toStdString(), c.errorName.toStdString());
+        return;
+    }
+    ASSERT_EQ(reply.type(), QDBusMessage::ReplyMessage) << reply.errorMessage().toStdString();
+    const QVariant value = reply.arguments().value(0).value<QDBusVariant>().variant();
+    EXPECT_EQ(value, c.value);
+}
+
+const QString kItem = QStringLiteral("org.kde.StatusNotifierItem");
+const QString kUnknown = QStringLiteral("org.freedesktop.DBus.Error.UnknownProperty");
+
+INSTANTIATE_TEST_SUITE_P(
+    StatusNotifier, StatusNotifierItemProperties,
+    ::testing::Values(
+        PropertyCase{
+            "Label", kItem, QStringLiteral("XAyatanaLabel"), {}, QStringLiteral("CPU 14%")},
+        PropertyCase{
+            "Guide", kItem, QStringLiteral("XAyatanaLabelGuide"), {}, QStringLiteral("CPU 888%")},
+        PropertyCase{"NotAMenu", kItem, QStringLiteral("ItemIsMenu"), {}, false},
+        PropertyCase{"Status", kItem, QStringLiteral("Status"), {}, QStringLiteral("Active")},
+        PropertyCase{
+            "AnyInterface", QString(), QStringLiteral("Id"), {}, QStringLiteral("lumetra")},
+        PropertyCase{"UnknownIconName", kItem, QStringLiteral("IconName"), kUnknown, {}},
+        PropertyCase{
+            "UnknownAttentionMovie", kItem, QStringLiteral("AttentionMovieName"), kUnknown, {}},
+        PropertyCase{"OtherInterface",
+                     QStringLiteral("org.example.Other"),
+                     QStringLiteral("Id"),
+                     kUnknown,
+                     {}}),
+    [](const auto& info) { return info.param.name; });
+
+TEST_F(StatusNotifierItemBus, GetAllListsTheItemsProperties) {
+    ASSERT_TRUE(item->start());
+    const QDBusMessage reply =
+        call(StatusNotifierItem::objectPathName(),
+             QStringLiteral("org.freedesktop.DBus.Properties"), QStringLiteral("GetAll"), {kItem});
+    ASSERT_EQ(reply.type(), QDBusMessage::ReplyMessage);
+    const QVariantMap all = qdbus_cast<QVariantMap>(reply.arguments().value(0));
+    QStringList names = all.keys();
+    names.sort();
+    EXPECT_EQ(names.join(u',').toStdString(),
+              "Category,IconPixmap,Id,ItemIsMenu,Menu,Status,Title,ToolTip,XAyatanaLabel,"
+              "XAyatanaLabelGuide");
+}
+
+TEST_F(StatusNotifierItemBus, SetIsRefused) {
+    ASSERT_TRUE(item->start());
+    const QDBusMessage reply = call(
+        StatusNotifierItem::objectPathName(), QStringLiteral("org.freedesktop.DBus.Properties"),
+        QStringLiteral("Set"),
+        {kItem, QStringLiteral("Title"), QVariant::fromValue(QDBusVariant(QStringLiteral("x")))});
+    EXPECT_EQ(reply.errorName().toStdString(), "org.freedesktop.DBus.Error.PropertyReadOnly");
+}
+
+TEST_F(StatusNotifierItemBus, ActivateReportsThePoint) {
+    ASSERT_TRUE(item->start());
+    QSignalSpy activated(item.get(), &StatusNotifierItem::activateRequested);
+    QSignalSpy secondary(item.get(), &StatusNotifierItem::secondaryActivateRequested);
+    const QDBusMessage reply =
+        call(StatusNotifierItem::objectPathName(), kItem, QStringLiteral("Activate"), {120, 7});
+    EXPECT_EQ(reply.type(), QDBusMessage::ReplyMessage);
+    call(StatusNotifierItem::objectPathName(), kItem, QStringLiteral("SecondaryActivate"), {5, 6});
+    ASSERT_EQ(activated.count(), 1);
+    EXPECT_EQ(activated.front().front().toPoint(), QPoint(120, 7));
+    EXPECT_EQ(secondary.count(), 1);
+}
+
+// ---- registration with the watcher ---------------------------------------------------
+
+TEST_F(StatusNotifierItemBus, RegistersWithEveryNewWatcherOwner) {
+    // The panel runs before lumetra starts.
+    QDBusConnection firstPanel = bus.connect();
+    FakeWatcher first;
+    ASSERT_TRUE(firstPanel.registerObject(QStringLiteral("/StatusNotifierWatcher"), &first,
+                                          QDBusConnection::ExportAllSlots));
+    ASSERT_TRUE(firstPanel.registerService(StatusNotifierItem::watcherService()));
+
+    ASSERT_TRUE(item->start());
+    ASSERT_TRUE(waitFor([&] { return item->isRegistered(); }));
+    EXPECT_EQ(first.registered, QStringList{item->serviceName()});
+    EXPECT_TRUE(item->isWatcherPresent());
+
+    // The panel quits: no watcher.
+    firstPanel.unregisterService(StatusNotifierItem::watcherService());
+    ASSERT_TRUE(waitFor([&] { return !item->isWatcherPresent(); }));
+    EXPECT_FALSE(item->isRegistered());
+
+    // A restarted panel: a new owner of the name gets the item again, once.
+    QDBusConnection secondPanel = bus.connect();
+    FakeWatcher second;
+    ASSERT_TRUE(secondPanel.registerObject(QStringLiteral("/StatusNotifierWatcher"), &second,
+                                           QDBusConnection::ExportAllSlots));
+    ASSERT_TRUE(secondPanel.registerService(StatusNotifierItem::watcherService()));
+    ASSERT_TRUE(waitFor([&] { return item->isRegistered(); }));
+    EXPECT_EQ(second.registered, QStringList{item->serviceName()});
+    EXPECT_EQ(first.registered.size(), 1);
+}
+
+TEST_F(StatusNotifierItemBus, StartsWithoutWatcher) {
+    QSignalSpy present(item.get(), &StatusNotifierItem::watcherPresentChanged);
+    ASSERT_TRUE(item->start());
+    EXPECT_FALSE(item->isWatcherPresent());
+    EXPECT_FALSE(item->isRegistered());
+    EXPECT_EQ(present.count(), 0);
+    // The item still answers, for a watcher that comes later.
+    EXPECT_TRUE(itemBus.interface()->isServiceRegistered(item->serviceName()).value());
+}
+
+// ---- the menu ------------------------------------------------------------------------
+
+struct LayoutNode {
+    int id = 0;
+    QVariantMap properties;
+    QList<LayoutNode> children;
+};
+
+LayoutNode readNode(const QDBusArgument& in) {
+    LayoutNode node;
+    in.beginStructure();
+    in >> node.id >> node.properties;
+    in.beginArray();
+    while (!in.atEnd()) {
+        QDBusVariant child;
+        in >> child;
+        node.children.append(readNode(child.variant().value<QDBusArgument>()));
+    }
+    in.endArray();
+    in.endStructure();
+    return node;
+}
+
+TEST_F(StatusNotifierItemBus, MenuLayoutHasTheThreeEntries) {
+    ASSERT_TRUE(item->start());
+    const QDBusMessage reply =
+        call(StatusNotifierItem::menuPathName(), QStringLiteral("com.canonical.dbusmenu"),
+             QStringLiteral("GetLayout"), {0, -1, QStringList()});
+    ASSERT_EQ(reply.type(), QDBusMessage::ReplyMessage) << reply.errorMessage().toStdString();
+    EXPECT_EQ(reply.signature().toStdString(), "u(ia{sv}av)");
+    const LayoutNode root = readNode(reply.arguments().value(1).value<QDBusArgument>());
+    EXPECT_EQ(root.properties.value(QStringLiteral("children-display")).toString(),
+              QStringLiteral("submenu"));
+    QStringList labels;
+    for (const LayoutNode& child : root.children)
+        labels.append(QString::number(child.id) + u':' +
+                      child.properties.value(QStringLiteral("label")).toString());
+    EXPECT_EQ(labels.join(u',').toStdString(), "1:Show Dashboard,2:Settings…,3:Quit lumetra");
+}
+
+TEST_F(StatusNotifierItemBus, MenuClicksComeBackAsTriggered) {
+    ASSERT_TRUE(item->start());
+    QSignalSpy triggered(&menu, &DBusMenu::triggered);
+    const QString dbusmenu = QStringLiteral("com.canonical.dbusmenu");
+    const QVariant noData = QVariant::fromValue(QDBusVariant(0));
+    EXPECT_EQ(call(StatusNotifierItem::menuPathName(), dbusmenu, QStringLiteral("Event"),
+                   {2, QStringLiteral("clicked"), noData, 0u})
+                  .type(),
+              QDBusMessage::ReplyMessage);
+    // Hover and unknown ids trigger nothing; an unknown id is an error.
+    call(StatusNotifierItem::menuPathName(), dbusmenu, QStringLiteral("Event"),
+         {3, QStringLiteral("hovered"), noData, 0u});
+    EXPECT_EQ(call(StatusNotifierItem::menuPathName(), dbusmenu, QStringLiteral("Event"),
+                   {9, QStringLiteral("clicked"), noData, 0u})
+                  .type(),
+              QDBusMessage::ErrorMessage);
+    ASSERT_TRUE(waitFor([&] { return triggered.count() >= 1; }));
+    waitFor([] { return false; }, 50);
+    ASSERT_EQ(triggered.count(), 1);
+    EXPECT_EQ(triggered.front().front().toInt(), 2);
+}
+
+TEST_F(StatusNotifierItemBus, UnknownMenuPropertyIsUnknownProperty) {
+    ASSERT_TRUE(item->start());
+    const QDBusMessage reply =
+        call(StatusNotifierItem::menuPathName(), QStringLiteral("org.freedesktop.DBus.Properties"),
+             QStringLiteral("Get"),
+             {QStringLiteral("com.canonical.dbusmenu"), QStringLiteral("Nonsense")});
+    EXPECT_EQ(reply.errorName(), kUnknown);
+    const QDBusMessage version =
+        call(StatusNotifierItem::menuPathName(), QStringLiteral("org.freedesktop.DBus.Properties"),
+             QStringLiteral("Get"),
+             {QStringLiteral("com.canonical.dbusmenu"), QStringLiteral("Version")});
+    EXPECT_EQ(version.arguments().value(0).value<QDBusVariant>().variant().toUInt(), 3u);
+}
+
+} // namespace
+} // namespace lumetra
+
+#include "StatusNotifierItemTest.moc"

@@ -1,0 +1,129 @@
+#!/bin/sh
+# The panel item in GNOME Shell's top bar (the AppIndicator extension, Ubuntu's default): the
+# item's text label is the label `lumetra --print` prints with the same settings, the top bar
+# shows that text, and the text follows the figures as they change.
+# Run under xvfb-run (a 1280-wide screen) and dbus-run-session; $1 is the lumetra binary.
+# Screenshots go to $LUMETRA_E2E_SHOTS when it is set.
+set -u
+lumetra=$1
+for tool in gnome-shell xdotool import tesseract dbus-update-activation-environment python3; do
+    command -v $tool >/dev/null || { echo "SKIP: $tool is not installed"; exit 77; }
+done
+[ -d /usr/share/gnome-shell/extensions/ubuntu-appindicators@ubuntu.com ] ||
+    { echo "SKIP: the AppIndicator extension is not installed"; exit 77; }
+here=$(dirname "$0")
+. "$here/lib.sh"
+. "$here/gnome-lib.sh"
+e2e_home
+cleanup() {
+    kill ${app:-} ${load:-} 2>/dev/null
+    gnome_stop
+    wait 2>/dev/null
+    rm -rf "$work"
+}
+trap cleanup EXIT
+base='"hasCompletedOnboarding": true, "showWelcomeScreen": false, "updateInterval": 1.0'
+
+t_start=$(now_ms)
+gnome_start
+echo "shell up after $(($(now_ms) - t_start)) ms"
+
+# Settings whose figures hold still for seconds: memory as a whole percentage, in the bar style
+# (a mark, a level bar and the value) and then in the text style, so the label and a separate
+# --print can be compared exactly.
+e2e_settings "$base, \"enabledMetrics\": [\"memory\"], \"memoryFormat\": \"percentageOnly\", \"menuBarDisplayStyle\": \"miniBar\""
+"$lumetra" >"$work/app.log" 2>&1 &
+app=$!
+wait_until 10 find_item "$app" || { watcher_items; cat "$work/app.log"; gnome_proxy_warnings; fail "lumetra's item never registered with the shell"; }
+has_label() { [ -n "$(item_label)" ]; }
+wait_until 5 has_label || fail "the item has no XAyatanaLabel: $(item_property XAyatanaLabel)"
+
+# label_is_print: the label before or after a --print run equals what it printed (the figure
+# may move while it runs; a few tries find a moment when it holds still).
+label_is_print() {
+    tries=0
+    while [ $tries -lt 5 ]; do
+        before=$(item_label)
+        printed=$("$lumetra" --print 2>/dev/null)
+        after=$(item_label)
+        [ "$printed" = "$before" ] || [ "$printed" = "$after" ] && return 0
+        tries=$((tries + 1))
+    done
+    echo "label '$before' / '$after', --print '$printed'"
+    return 1
+}
+label_is_print || fail "the bar-style label is not what --print prints"
+echo "$(($(now_ms) - t_start)) ms: bar style: label and --print both read '$printed'"
+
+e2e_settings "$base, \"enabledMetrics\": [\"memory\"], \"memoryFormat\": \"percentageOnly\", \"menuBarDisplayStyle\": \"textOnly\""
+text_style() { item_label | grep -qx 'RAM [0-9]*%'; }
+wait_until 5 text_style || fail "the label did not follow the settings file: '$(item_label)'"
+label_is_print || fail "the text-style label is not what --print prints"
+echo "$(($(now_ms) - t_start)) ms: text style: label and --print both read '$printed'"
+warnings=$(gnome_proxy_warnings) && fail "the shell could not build the item's proxy: $warnings"
+
+# What a person sees: the top bar read back from a screenshot. Spaces are left out of the
+# comparison (OCR spaces are unreliable); everything else must match.
+squeeze() { tr -d ' \t\n'; }
+keep_shot() {
+    if [ -n "${LUMETRA_E2E_SHOTS:-}" ]; then mkdir -p "$LUMETRA_E2E_SHOTS" && cp "$work/$1" "$LUMETRA_E2E_SHOTS/$1"; fi
+}
+# bar_shows_label FILE: a screenshot taken while the label held still shows it in the top bar.
+bar_shows_label() {
+    tries=0
+    while [ $tries -lt 8 ]; do
+        before=$(item_label)
+        import -window root "$work/$1"
+        after=$(item_label)
+        if [ "$before" = "$after" ]; then
+            seen=$(top_bar_text "$work/$1")
+            case "$(echo "$seen" | squeeze)" in
+            *"$(echo "$before" | squeeze)"*) keep_shot "$1"; return 0 ;;
+            esac
+        fi
+        tries=$((tries + 1))
+        sleep 0.3
+    done
+    keep_shot "$1"
+    echo "label '$before' / '$after', the top bar reads '$seen'"
+    return 1
+}
+bar_shows_label gnome-label.png || fail "the top bar does not show the label"
+echo "$(($(now_ms) - t_start)) ms: the top bar shows '$before'"
+
+# Figures that move: CPU and memory in use. A load (two busy loops and 1 GiB held) moves them.
+e2e_settings "$base, \"enabledMetrics\": [\"cpu\", \"memory\"], \"memoryFormat\": \"usedOnly\", \"menuBarDisplayStyle\": \"textOnly\""
+# The form of a label: figures and byte units stand for any (1023.9 MB and 1.0 GB are one form).
+shape() { sed -E 's/[0-9][0-9.]* [KMGT]?B/SIZE/g; s/[0-9]+/N/g'; }
+cpu_and_ram() { item_label | grep -qx 'CPU [0-9]*%  RAM [0-9.]* [KMGT]*B'; }
+wait_until 5 cpu_and_ram || fail "the label did not follow the settings file: '$(item_label)'"
+printed=$("$lumetra" --print 2>/dev/null)
+[ "$(item_label | shape)" = "$(echo "$printed" | shape)" ] ||
+    fail "label '$(item_label)' and --print '$printed' differ in form"
+bar_shows_label gnome-before-load.png || fail "the top bar does not show the label before the load"
+idle_label=$before
+echo "$(($(now_ms) - t_start)) ms: before the load the top bar shows '$idle_label'"
+python3 -c 'import time; b = b"x" * (1 << 30); time.sleep(30)' &
+load=$!
+sh -c 'while :; do :; done' &
+load="$load $!"
+sh -c 'while :; do :; done' &
+load="$load $!"
+# Memory in use as the label writes it ("1.6 GB"), in MB.
+ram_mb() {
+    sed -n 's/.*RAM //p' | awk '{ m = $2 == "TB" ? 1048576 : $2 == "GB" ? 1024 : $2 == "MB" ? 1 : $2 == "KB" ? 1 / 1024 : 1 / 1048576
+        printf "%d", $1 * m }'
+}
+idle_mb=$(echo "$idle_label" | ram_mb)
+# The 1 GiB shows (other processes may free some meanwhile: half of it is enough).
+ram_grew() { [ "$(item_label | ram_mb)" -ge $((idle_mb + 512)) ]; }
+wait_until 8 ram_grew || fail "the label did not follow the load: '$(item_label)' (before: '$idle_label')"
+bar_shows_label gnome-under-load.png || fail "the top bar does not show the label under load"
+echo "$(($(now_ms) - t_start)) ms: under load the top bar shows '$before' (before: '$idle_label')"
+ram_grew || fail "the top bar shows '$before' under load, before: '$idle_label'"
+kill $load 2>/dev/null
+load=
+
+warnings=$(gnome_proxy_warnings) && fail "the shell could not build the item's proxy: $warnings"
+kill -0 "$app" || fail "lumetra is gone"
+echo "PASS in $(($(now_ms) - t_start)) ms"

@@ -1,0 +1,118 @@
+#!/bin/sh
+# The panel item in xfce4-panel's status tray (a StatusNotifierItem host that is also the
+# watcher): the item registers, its icon shows in the panel, Activate toggles the 280-wide
+# popover, and after the panel is killed and started again the item is back within 2 s.
+# Run under xvfb-run and dbus-run-session; $1 is the lumetra binary. Screenshots go to
+# $LUMETRA_E2E_SHOTS when it is set.
+set -u
+lumetra=$1
+for tool in xfce4-panel xdotool import compare dbus-update-activation-environment; do
+    command -v $tool >/dev/null || { echo "SKIP: $tool is not installed"; exit 77; }
+done
+. "$(dirname "$0")/lib.sh"
+e2e_home
+cleanup() {
+    kill "${app:-}" "${panel:-}" 2>/dev/null
+    wait 2>/dev/null
+    rm -rf "$work"
+}
+trap cleanup EXIT
+
+# One panel at the top, 32 high, whose only plugin is the status tray.
+channel="$XDG_CONFIG_HOME/xfce4/xfconf/xfce-perchannel-xml"
+mkdir -p "$channel"
+cat >"$channel/xfce4-panel.xml" <<'XML'
+<?xml version="1.0" encoding="UTF-8"?>
+<channel name="xfce4-panel" version="1.0">
+  <property name="configver" type="int" value="2"/>
+  <property name="panels" type="array">
+    <value type="int" value="1"/>
+    <property name="panel-1" type="empty">
+      <property name="position" type="string" value="p=6;x=0;y=0"/>
+      <property name="length" type="uint" value="100"/>
+      <property name="position-locked" type="bool" value="true"/>
+      <property name="size" type="uint" value="32"/>
+      <property name="plugin-ids" type="array">
+        <value type="int" value="1"/>
+      </property>
+    </property>
+  </property>
+  <property name="plugins" type="empty">
+    <property name="plugin-1" type="string" value="systray">
+      <property name="square-icons" type="bool" value="false"/>
+      <property name="icon-size" type="int" value="24"/>
+    </property>
+  </property>
+</channel>
+XML
+# xfconfd is started by the bus: it must see the private configuration.
+dbus-update-activation-environment HOME XDG_CONFIG_HOME XDG_CACHE_HOME XDG_DATA_HOME DISPLAY
+
+start_panel() {
+    xfce4-panel --disable-wm-check >>"$work/panel.log" 2>&1 &
+    panel=$!
+    wait_until 15 has_owner org.kde.StatusNotifierWatcher || { cat "$work/panel.log"; fail "the panel's watcher never appeared"; }
+}
+start_panel
+sleep 0.5
+import -window root -crop 1024x32+0+0 "$work/before.png"
+
+t0=$(now_ms)
+"$lumetra" >"$work/app.log" 2>&1 &
+app=$!
+wait_until 10 find_item "$app" || { watcher_items; cat "$work/app.log"; fail "lumetra's item never registered with the watcher"; }
+echo "item $item_service $item_path registered after $(($(now_ms) - t0)) ms"
+
+# The panel draws the icon: its strip changes where the item sits.
+panel_changed() {
+    import -window root -crop 1024x32+0+0 "$work/after.png"
+    changed=$(compare -metric AE "$work/before.png" "$work/after.png" null: 2>&1)
+    [ "${changed%% *}" -ge 40 ] 2>/dev/null
+}
+wait_until 5 panel_changed || fail "the panel shows nothing new after the item registered ($changed pixels changed)"
+echo "icon: $changed pixels of the panel changed"
+shot xfce-panel.png
+
+# A click as the panel sends it: Activate at the pointer, in screen coordinates, under the panel.
+ax=900 ay=32
+item_activate $ax $ay || fail "Activate failed"
+wait_until 3 popover_of "$app" >/dev/null || { xwininfo -root -tree; cat "$work/app.log"; fail "no 280-wide popover after Activate"; }
+popover=$(popover_of "$app")
+set -- $(geometry "$popover")
+echo "popover $popover at $1,$2 $3x$4"
+[ "$1" -le $ax ] && [ $((ax - $1)) -le 280 ] || fail "the popover ($1..$(($1 + 280))) is not beside the click at x=$ax"
+[ "$2" -ge 32 ] && [ "$2" -le 40 ] || fail "the popover's top $2 is not right under the panel"
+shot xfce-popover.png
+item_activate $ax $ay || fail "second Activate failed"
+wait_until 3 no_popover_of "$app" || fail "a second Activate did not hide the popover"
+
+# A real click on the icon in the panel: the panel sends Activate, the popover opens under the
+# icon; a second click on the icon closes it (the popover's own outside-click and the panel's
+# Activate are one click: it must not close and open again).
+set -- $(/usr/bin/convert "$work/before.png" "$work/after.png" -compose difference -composite \
+    -threshold 5% -trim -format '%w %h %[fx:page.x] %[fx:page.y]' info:)
+ix=$(($3 + $1 / 2)) iy=$(($4 + $2 / 2))
+echo "icon drawn at ${1}x${2}+${3}+${4}"
+xdotool mousemove $ix $iy click 1
+wait_until 3 popover_of "$app" >/dev/null || fail "no popover after a click on the icon"
+set -- $(geometry "$(popover_of "$app")")
+echo "popover after a click on the icon at $1,$2"
+[ "$1" -le $ix ] && [ $((ix - $1)) -le 280 ] || fail "the popover ($1..$(($1 + 280))) is not beside the icon at x=$ix"
+shot xfce-click.png
+sleep 0.3
+xdotool click 1
+sleep 1
+popover_of "$app" >/dev/null && fail "a click on the icon did not close the open popover"
+
+# A restarted panel: the item registers again with the new watcher.
+kill "$panel"
+wait "$panel" 2>/dev/null
+wait_until 5 sh -c '! gdbus call --session --dest org.freedesktop.DBus --object-path /org/freedesktop/DBus --method org.freedesktop.DBus.NameHasOwner org.kde.StatusNotifierWatcher | grep -q true' ||
+    fail "the watcher name outlived the panel"
+start_panel
+t0=$(now_ms)
+wait_until 2 find_item "$app" || { watcher_items; cat "$work/app.log"; fail "the item was not registered again within 2 s of the panel's restart"; }
+echo "registered again $(($(now_ms) - t0)) ms after the new panel's watcher appeared"
+kill -0 "$app" || fail "lumetra is gone"
+shot xfce-restarted.png
+echo "PASS"

@@ -1,0 +1,337 @@
+#include "menubar/StatusItemController.h"
+#include "core/SystemMonitor.h"
+#include "desktop/DBusMenu.h"
+#include "desktop/DBusSignalRecorder.h"
+#include "desktop/PrivateSessionBus.h"
+#include "desktop/StatusNotifierItem.h"
+#include "menubar/LabelImage.h"
+#include "menubar/LiveIcon.h"
+#include "settings/SettingsTestSupport.h"
+#include "support/Cases.h"
+
+#include <QDBusMessage>
+#include <QSignalSpy>
+
+#include <gtest/gtest.h>
+
+namespace lumetra {
+namespace {
+
+using testing::PrivateSessionBus;
+using testing::waitFor;
+
+// ---- which image the panel gets ------------------------------------------------------
+
+struct ShapeCase {
+    std::string name;
+    QString desktop;
+    QString override;
+    StatusItemController::IconShape shape;
+};
+
+class IconShapeChoice : public ::testing::TestWithParam<ShapeCase> {};
+
+TEST_P(IconShapeChoice, FollowsTheDesktopAndTheOverride) {
+    EXPECT_EQ(StatusItemController::iconShapeFor(GetParam().desktop, GetParam().override),
+              GetParam().shape);
+}
+
+using Shape = StatusItemController::IconShape;
+INSTANTIATE_TEST_SUITE_P(
+    StatusItem, IconShapeChoice,
+    ::testing::Values(ShapeCase{"Gnome", "GNOME", "", Shape::square},
+                      ShapeCase{"Ubuntu", "ubuntu:GNOME", "", Shape::square},
+                      ShapeCase{"Kde", "KDE", "", Shape::square},
+                      ShapeCase{"Xfce", "XFCE", "", Shape::square},
+                      ShapeCase{"Unset", "", "", Shape::square},
+                      ShapeCase{"Sway", "sway", "", Shape::wide},
+                      ShapeCase{"Hyprland", "Hyprland", "", Shape::wide},
+                      ShapeCase{"RiverInAList", "river:wlroots", "", Shape::wide},
+                      ShapeCase{"OverrideWide", "KDE", "wide", Shape::wide},
+                      ShapeCase{"OverrideSquare", "sway", "SQUARE", Shape::square},
+                      ShapeCase{"OverrideNonsense", "sway", "round", Shape::wide}),
+    testing::byName);
+
+// ---- the label guide -----------------------------------------------------------------
+
+struct GuideCase {
+    std::string name;
+    LabelSettings settings;
+    bool temperature;
+    QString guide;
+};
+
+class LabelGuide : public ::testing::TestWithParam<GuideCase> {};
+
+TEST_P(LabelGuide, IsTheWidestLabel) {
+    SystemMetrics current;
+    current.cpuUsage = 3;
+    current.memoryPercentage = 12;
+    current.memoryUsed = 2ull << 30;
+    current.memoryTotal = 16ull << 30;
+    if (GetParam().temperature)
+        current.temperature = 41.6;
+    current.downloadBytesPerSecond = 512;
+    EXPECT_EQ(StatusItemController::labelGuide(GetParam().settings, current).toStdString(),
+              GetParam().guide.toStdString());
+}
+
+LabelSettings settingsWith(QList<MenuBarMetric> metrics, MenuBarDisplayStyle style,
+                           MemoryDisplayFormat memory = MemoryDisplayFormat::percentageOnly,
+                           MenuBarSeparator separator = MenuBarSeparator::space) {
+    LabelSettings settings;
+    settings.displayedMetrics = std::move(metrics);
+    settings.style = style;
+    settings.memoryFormat = memory;
+    settings.separator = separator;
+    return settings;
+}
+
+using M = MenuBarMetric;
+using S = MenuBarDisplayStyle;
+INSTANTIATE_TEST_SUITE_P(
+    StatusItem, LabelGuide,
+    ::testing::Values(
+        GuideCase{"DefaultText", LabelSettings{}, true,
+                  QStringLiteral("CPU 888%  RAM 888%  888°C  ↓ 888 MB/s  ↑ 888 MB/s")},
+        GuideCase{"NoTemperatureReading", LabelSettings{}, false,
+                  QStringLiteral("CPU 888%  RAM 888%  ↓ 888 MB/s  ↑ 888 MB/s")},
+        GuideCase{"UsedMemoryDot",
+                  settingsWith({M::memory, M::cpu}, S::textOnly, MemoryDisplayFormat::usedOnly,
+                               MenuBarSeparator::dot),
+                  true, QStringLiteral("RAM 88.8 GB · CPU 888%")},
+        GuideCase{"GraphChips", settingsWith({M::cpu, M::download}, S::compactGraph), true,
+                  QStringLiteral("C ███████ 888%  ↓ 888 MB/s")},
+        GuideCase{"BarChipsUnavailableTemperature", settingsWith({M::temperature}, S::miniBar),
+                  false, QStringLiteral("T Unavailable")},
+        GuideCase{"NothingShown", settingsWith({}, S::textOnly), true, QStringLiteral("lumetra")}),
+    testing::byName);
+
+// ---- the square live icon ------------------------------------------------------------
+
+struct LevelsCase {
+    std::string name;
+    QList<MenuBarChipContent> chips;
+    QList<std::optional<double>> levels;
+};
+
+class LiveIconLevels : public ::testing::TestWithParam<LevelsCase> {};
+
+TEST_P(LiveIconLevels, AreTheFirstTwoWithAScale) {
+    EXPECT_EQ(LiveIcon::levels(GetParam().chips, 11, 22), GetParam().levels);
+}
+
+MenuBarChipContent chip(MenuBarMetric metric, std::optional<double> percentage) {
+    return {metric, QStringLiteral("x"), {}, percentage};
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    StatusItem, LiveIconLevels,
+    ::testing::Values(
+        LevelsCase{"CpuMemory", {chip(M::cpu, 40), chip(M::memory, 60)}, {40.0, 60.0}},
+        LevelsCase{"RatesSkipped",
+                   {chip(M::download, {}), chip(M::temperature, 90), chip(M::upload, {}),
+                    chip(M::cpu, 5), chip(M::memory, 7)},
+                   {90.0, 5.0}},
+        LevelsCase{"TemperatureWithoutReading",
+                   {chip(M::temperature, {}), chip(M::memory, 7)},
+                   {std::nullopt, 7.0}},
+        LevelsCase{"OneScaled", {chip(M::upload, {}), chip(M::memory, 30)}, {30.0}},
+        LevelsCase{"OnlyRates", {chip(M::download, {}), chip(M::upload, {})}, {11.0, 22.0}}),
+    testing::byName);
+
+struct PixelCase {
+    std::string name;
+    int size;
+    QList<std::optional<double>> levels;
+    QPoint pixel;
+    QColor color; // invalid: not a level colour
+};
+
+class LiveIconPixels : public ::testing::TestWithParam<PixelCase> {};
+
+TEST_P(LiveIconPixels, FillBarsFromTheBottomInTheLevelColour) {
+    const QImage image = LiveIcon::render(GetParam().size, GetParam().levels);
+    ASSERT_EQ(image.size(), QSize(GetParam().size, GetParam().size));
+    const QColor pixel = image.pixelColor(GetParam().pixel);
+    if (GetParam().color.isValid())
+        EXPECT_EQ(pixel.name(QColor::HexArgb).toStdString(),
+                  GetParam().color.name(QColor::HexArgb).toStdString());
+    else
+        for (LevelColor level :
+             {LevelColor::accent, LevelColor::orange, LevelColor::red, LevelColor::secondary})
+            EXPECT_NE(pixel, LiveIcon::color(level));
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    StatusItem, LiveIconPixels,
+    ::testing::Values(
+        // At 16 px: bars 6 wide at x 1..6 and 9..14, the track inside from y 2 to 13.
+        PixelCase{"FullRedCpuTop", 16, {100.0, 10.0}, {3, 2}, LiveIcon::color(LevelColor::red)},
+        PixelCase{
+            "LowMemoryBottom", 16, {100.0, 10.0}, {11, 13}, LiveIcon::color(LevelColor::accent)},
+        PixelCase{"LowMemoryNotAtTop", 16, {100.0, 10.0}, {11, 4}, QColor()},
+        PixelCase{"OrangeMiddle", 22, {80.0, 0.0}, {5, 12}, LiveIcon::color(LevelColor::orange)},
+        PixelCase{"ZeroIsEmpty", 22, {80.0, 0.0}, {16, 19}, QColor()},
+        PixelCase{
+            "TinyLoadShowsAPixel", 24, {0.5, 0.0}, {5, 21}, LiveIcon::color(LevelColor::accent)},
+        PixelCase{"CornerTransparent", 24, {50.0, 50.0}, {0, 0}, QColor(0, 0, 0, 0)}),
+    testing::byName);
+
+// ---- the wide label image -------------------------------------------------------------
+
+TEST(LabelImagePieces, ChipRowHasTintedIconsAndColouredBars) {
+    const QList<MenuBarChipContent> chips{{M::cpu, QStringLiteral("95%"), {}, 95.0},
+                                          {M::download, QStringLiteral("1.0 KB/s"), {}, {}}};
+    const QList<LabelImagePiece> pieces =
+        LabelImage::pieces(chips, S::miniBar, MenuBarSeparator::verticalBar);
+    using K = LabelImagePiece::Kind;
+    const QList<LabelImagePiece> expected{
+        {K::icon, M::cpu, {}, LevelColor::red},
+        {K::text, M::cpu, QStringLiteral(" "), std::nullopt},
+        {K::text, M::cpu, QStringLiteral("▓▓▓▓▓"), LevelColor::red},
+        {K::text, M::cpu, QStringLiteral(" 95% | "), std::nullopt},
+        {K::icon, M::download, {}, LevelColor::secondary},
+        {K::text, M::cpu, QStringLiteral(" 1.0 KB/s"), std::nullopt},
+    };
+    EXPECT_EQ(pieces, expected);
+}
+
+TEST(LabelImageRender, IsAsHighAsAskedAndAsWideAsTheText) {
+    QFont font;
+    const QImage short_ =
+        LabelImage::render(LabelImage::textPieces(QStringLiteral("CPU 5%")), 24, font, Qt::white);
+    const QImage long_ = LabelImage::render(
+        LabelImage::textPieces(QStringLiteral("CPU 5%  RAM 40%  ↓ 12 KB/s")), 24, font, Qt::white);
+    EXPECT_EQ(short_.height(), 24);
+    EXPECT_EQ(long_.height(), 24);
+    EXPECT_GT(short_.width(), 24);
+    EXPECT_GT(long_.width(), short_.width() * 3);
+}
+
+TEST(StatusItemIconPixmap, UnpremultipliesIntoNetworkOrder) {
+    QImage image(2, 1, QImage::Format_ARGB32_Premultiplied);
+    image.setPixel(0, 0, qRgba(0x80, 0, 0, 0x80)); // premultiplied: half-transparent pure red
+    image.setPixel(1, 0, qRgba(0x11, 0x22, 0x33, 0xFF));
+    const StatusNotifierIconPixmap pixmap = StatusItemController::iconPixmap(image);
+    EXPECT_EQ(pixmap.width, 2);
+    EXPECT_EQ(pixmap.height, 1);
+    EXPECT_EQ(pixmap.data.toHex(' ').toStdString(), "80 ff 00 00 ff 11 22 33");
+}
+
+// ---- the controller over a private bus -----------------------------------------------
+
+class StatusItemControllerBus : public ::testing::Test {
+protected:
+    void SetUp() override {
+        if (!bus.available())
+            GTEST_SKIP() << "no dbus-daemon to run a private bus";
+        store.store.setMenuBarDisplayStyle(MenuBarDisplayStyle::textOnly);
+        StatusItemController::Options options;
+        options.bus = bus.connect();
+        options.iconShape = Shape::square;
+        options.trayFallback = false;
+        controller = std::make_unique<StatusItemController>(monitor, store.store, options);
+        recorder = std::make_unique<testing::DBusSignalRecorder>(
+            bus.connect(), StatusNotifierItem::objectPathName(),
+            QStringLiteral("org.kde.StatusNotifierItem"),
+            QStringList{QStringLiteral("NewIcon"), QStringLiteral("NewToolTip"),
+                        QStringLiteral("NewTitle"), QStringLiteral("XAyatanaNewLabel")});
+    }
+
+    // What the item sent since the last call; a NewTitle sent last marks the end.
+    QStringList drained() {
+        static int marker = 0;
+        controller->item()->setTitle(QStringLiteral("marker %1").arg(++marker));
+        EXPECT_TRUE(
+            waitFor([&] { return recorder->members.contains(QStringLiteral("NewTitle")); }));
+        QStringList members = recorder->members;
+        members.removeAll(QStringLiteral("NewTitle"));
+        recorder->members.clear();
+        return members;
+    }
+
+    void sample(double cpu, std::uint64_t used) {
+        monitor.applyFastSample(MemorySnapshot{used, 1000}, MemoryPressureLevel::normal,
+                                NetworkRates{0, 0}, cpu);
+    }
+    // Lets the queued render run.
+    void settle() {
+        waitFor([] { return false; }, 50);
+    }
+
+    PrivateSessionBus bus;
+    testing::LoadedStore store;
+    SystemMonitor monitor{SystemMonitor::Providers{}, 60, 60};
+    std::unique_ptr<StatusItemController> controller;
+    std::unique_ptr<testing::DBusSignalRecorder> recorder;
+};
+
+TEST_F(StatusItemControllerBus, SameFiguresSendNothing) {
+    sample(14, 470);
+    settle();
+    EXPECT_TRUE(controller->item()->label().startsWith(QStringLiteral("CPU 14%  RAM 47%")));
+    drained();
+    // New records with the same figures: nothing goes out.
+    sample(14, 470);
+    settle();
+    sample(14, 470);
+    settle();
+    EXPECT_EQ(drained(), QStringList());
+    // A new figure: the label once, and the tooltip with it; the bars stay at the same pixel.
+    sample(15, 470);
+    settle();
+    EXPECT_EQ(drained(),
+              (QStringList{QStringLiteral("XAyatanaNewLabel"), QStringLiteral("NewToolTip")}));
+}
+
+TEST_F(StatusItemControllerBus, BurstRendersOnceWithTheLastFigures) {
+    StatusNotifierItem& item = *controller->item();
+    settle();
+    QStringList seen;
+    QObject::connect(&monitor, &SystemMonitor::metricsChanged, [&] { seen << item.label(); });
+    sample(10, 100);
+    sample(20, 200);
+    sample(99, 300);
+    // Nothing rendered while the burst came in.
+    EXPECT_EQ(seen.size(), 3);
+    EXPECT_EQ(seen.front(), seen.back());
+    settle();
+    EXPECT_TRUE(item.label().startsWith(QStringLiteral("CPU 99%  RAM 30%")))
+        << item.label().toStdString();
+}
+
+TEST_F(StatusItemControllerBus, StyleChangeRedrawsTheLabel) {
+    StatusNotifierItem& item = *controller->item();
+    sample(50, 500);
+    settle();
+    store.store.setMenuBarDisplayStyle(MenuBarDisplayStyle::miniBar);
+    settle();
+    EXPECT_TRUE(item.label().startsWith(QStringLiteral("C ▓▓▓░░ 50%")))
+        << item.label().toStdString();
+    EXPECT_TRUE(item.labelGuide().startsWith(QStringLiteral("C ▓▓▓▓▓ 888%")))
+        << item.labelGuide().toStdString();
+}
+
+TEST_F(StatusItemControllerBus, ActivateTogglesAtThePoint) {
+    QSignalSpy toggled(controller.get(), &StatusItemController::toggleRequested);
+    emit controller->item()->activateRequested(QPoint(300, 12));
+    emit controller->item()->secondaryActivateRequested(QPoint(0, 0));
+    ASSERT_EQ(toggled.count(), 2);
+    EXPECT_EQ(toggled[0][0].toRect(), QRect(300, 12, 1, 1));
+    EXPECT_TRUE(toggled[1][0].toRect().isEmpty()); // unknown place: at the pointer
+}
+
+TEST_F(StatusItemControllerBus, MenuEntriesBecomeRequests) {
+    QSignalSpy dashboard(controller.get(), &StatusItemController::showDashboardRequested);
+    QSignalSpy settings(controller.get(), &StatusItemController::settingsRequested);
+    QSignalSpy quit(controller.get(), &StatusItemController::quitRequested);
+    for (int id : {1, 2, 3, 2})
+        emit controller->menu()->triggered(id);
+    EXPECT_EQ(dashboard.count(), 1);
+    EXPECT_EQ(settings.count(), 2);
+    EXPECT_EQ(quit.count(), 1);
+}
+
+} // namespace
+} // namespace lumetra

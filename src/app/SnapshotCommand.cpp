@@ -3,6 +3,8 @@
 #include "core/SystemMonitor.h"
 #include "dashboard/DashboardPicture.h"
 #include "dashboard/DashboardView.h"
+#include "format/LabelSettings.h"
+#include "menubar/MenuBarLabelView.h"
 #include "samplers/AppleSiliconTemperatureProvider.h"
 #include "samplers/CPUMonitor.h"
 #include "samplers/DiskMonitor.h"
@@ -12,6 +14,7 @@
 #include "settings/UserDefaults.h"
 
 #include <QApplication>
+#include <QPainter>
 #include <QTimer>
 
 #include <cstdio>
@@ -29,6 +32,36 @@ void printError(const QString& text) {
     std::fwrite(utf8.constData(), 1, static_cast<std::size_t>(utf8.size()), stderr);
 }
 
+// The label as the panel shows it, on a strip of panel in the theme's colours.
+QImage labelPicture(const SystemMonitor& monitor, const LabelSettings& settings, bool dark,
+                    double devicePixelRatio) {
+    constexpr int kPanelHeight = 28;
+    constexpr int kMargin = 10;
+    MenuBarLabelView label;
+    QPalette palette = label.palette();
+    const QColor text = dark ? QColor(0xF2, 0xF2, 0xF7) : QColor(0x1C, 0x1C, 0x1E);
+    palette.setColor(QPalette::WindowText, text);
+    palette.setColor(QPalette::Text, text);
+    palette.setColor(QPalette::Highlight,
+                     dark ? QColor(0x0A, 0x84, 0xFF) : QColor(0x00, 0x7A, 0xFF));
+    palette.setColor(QPalette::PlaceholderText,
+                     dark ? QColor(235, 235, 245, 153) : QColor(60, 60, 67, 153));
+    label.setPalette(palette);
+    label.setContent(monitor.metrics(), monitor.cpuHistory(), monitor.memoryHistory(), settings);
+    label.adjustSize();
+    const QSize size(label.width() + 2 * kMargin, kPanelHeight);
+    QImage image(qRound(size.width() * devicePixelRatio), qRound(size.height() * devicePixelRatio),
+                 QImage::Format_ARGB32_Premultiplied);
+    image.setDevicePixelRatio(devicePixelRatio);
+    image.setDotsPerMeterX(3780);
+    image.setDotsPerMeterY(3780);
+    image.fill(dark ? QColor(0x1E, 0x1E, 0x20) : QColor(0xF6, 0xF6, 0xF8));
+    QPainter painter(&image);
+    label.render(&painter, QPoint(kMargin, (kPanelHeight - label.height()) / 2), QRegion(),
+                 QWidget::DrawChildren);
+    return image;
+}
+
 } // namespace
 
 bool SnapshotCommand::requested(const QStringList& arguments) {
@@ -40,6 +73,7 @@ bool SnapshotCommand::requested(const QStringList& arguments) {
 
 SnapshotParse SnapshotCommand::parse(const QStringList& arguments) {
     SnapshotOptions options;
+    std::optional<QString> styleName;
     for (qsizetype i = 0; i < arguments.size(); ++i) {
         QString argument = arguments[i];
         std::optional<QString> value;
@@ -61,13 +95,11 @@ SnapshotParse SnapshotCommand::parse(const QStringList& arguments) {
                 return failure(QStringLiteral("lumetra: option '--snapshot' needs a file name"));
             options.file = *file;
         } else if (argument == QLatin1String("--style")) {
-            const auto name = take();
-            const auto style = name ? fromRaw<MetricCardStyle>(QStringView(*name)) : std::nullopt;
-            if (!style)
-                return failure(QStringLiteral("lumetra: unknown style '%1' (expected classic, "
-                                              "ring, compactRow, sparklineArea or grid)")
-                                   .arg(name.value_or(QString())));
-            options.style = style;
+            styleName = take();
+            if (!styleName)
+                return failure(QStringLiteral("lumetra: option '--style' needs a value"));
+        } else if (argument == QLatin1String("--label")) {
+            options.label = true;
         } else if (argument == QLatin1String("--theme")) {
             const auto name = take();
             if (name == QLatin1String("light") || name == QLatin1String("dark"))
@@ -81,6 +113,19 @@ SnapshotParse SnapshotCommand::parse(const QStringList& arguments) {
                                           "--snapshot")
                                .arg(arguments[i]));
         }
+    }
+    if (styleName && options.label) {
+        options.labelStyle = fromRaw<MenuBarDisplayStyle>(QStringView(*styleName));
+        if (!options.labelStyle)
+            return failure(QStringLiteral("lumetra: unknown label style '%1' (expected textOnly, "
+                                          "iconAndText, compactGraph or miniBar)")
+                               .arg(*styleName));
+    } else if (styleName) {
+        options.style = fromRaw<MetricCardStyle>(QStringView(*styleName));
+        if (!options.style)
+            return failure(QStringLiteral("lumetra: unknown style '%1' (expected classic, "
+                                          "ring, compactRow, sparklineArea or grid)")
+                               .arg(*styleName));
     }
     return {options, {}};
 }
@@ -110,14 +155,23 @@ int SnapshotCommand::run(int argc, char* argv[], const SnapshotOptions& options)
     // The desktop's font, but a fixed accent: the picture should not depend on the theme
     // the offscreen platform happens to have.
     view.setFixedLook(QApplication::font().family());
-    view.setDark(options.dark.value_or(settings.themePreference() == ThemePreference::dark));
+    const bool dark = options.dark.value_or(settings.themePreference() == ThemePreference::dark);
+    view.setDark(dark);
     const AppearanceConfiguration appearance = AppearanceConfiguration::resolve(
         settings.appearanceMode(), settings.customConfiguration(), false, false);
 
     int exitCode = 0;
     auto write = [&] {
         monitor.stop();
-        const QImage image = DashboardPicture::render(view, appearance, app.devicePixelRatio());
+        QImage image;
+        if (options.label) {
+            LabelSettings labelSettings = LabelSettings::from(settings);
+            if (options.labelStyle)
+                labelSettings.style = *options.labelStyle;
+            image = labelPicture(monitor, labelSettings, dark, app.devicePixelRatio());
+        } else {
+            image = DashboardPicture::render(view, appearance, app.devicePixelRatio());
+        }
         if (!image.save(options.file, "PNG")) {
             printError(QStringLiteral("lumetra: cannot write %1").arg(options.file));
             exitCode = 1;

@@ -59,20 +59,25 @@ private:
 // Rings side by side, 10 apart, in equal columns.
 class RingRow final : public PaintedView {
 public:
-    explicit RingRow(const std::vector<MetricPresentation>& metrics) {
-        for (const MetricPresentation& metric : metrics)
-            rings_.emplace_back(metric, kRingLineWidth, kRingDiameter);
-    }
+    explicit RingRow(std::vector<MetricPresentation> metrics) : metrics_(std::move(metrics)) {}
 
     double heightFor(double width, const DashboardTheme& theme) const override {
         double height = 0;
-        for (const RingMetricCard& ring : rings_)
-            height = std::max(height, ring.heightFor(columnWidth(width), theme));
+        for (const MetricPresentation& metric : metrics_)
+            height = std::max(height, RingMetricCard(metric, kRingLineWidth, kRingDiameter)
+                                          .heightFor(columnWidth(width), theme));
         return height;
     }
     void paint(QPainter& painter, const QRectF& rect, const DashboardTheme& theme) const override {
-        for (std::size_t i = 0; i < rings_.size(); ++i)
-            rings_[i].paint(painter, columnRect(i, rect), theme);
+        // One title size for the row: a title that must shrink takes the others with it.
+        double titleSize = RingMetricCard::kTitleSize;
+        for (const MetricPresentation& metric : metrics_)
+            titleSize =
+                std::min(titleSize, RingMetricCard(metric, kRingLineWidth, kRingDiameter)
+                                        .fittingTitleSize(columnWidth(rect.width()), theme));
+        for (std::size_t i = 0; i < metrics_.size(); ++i)
+            RingMetricCard(metrics_[i], kRingLineWidth, kRingDiameter, titleSize)
+                .paint(painter, columnRect(i, rect), theme);
     }
     QRectF columnRect(std::size_t index, const QRectF& rect) const {
         const double width = columnWidth(rect.width());
@@ -82,11 +87,11 @@ public:
 
 private:
     double columnWidth(double width) const {
-        const auto count = static_cast<double>(std::max<std::size_t>(rings_.size(), 1));
+        const auto count = static_cast<double>(std::max<std::size_t>(metrics_.size(), 1));
         return (width - (count - 1) * kRingSpacing) / count;
     }
 
-    std::vector<RingMetricCard> rings_;
+    std::vector<MetricPresentation> metrics_;
 };
 
 struct Block {

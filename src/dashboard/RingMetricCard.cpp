@@ -7,6 +7,12 @@
 
 namespace lumetra {
 
+double RingMetricCard::fittingTitleSize(double width, const DashboardTheme& theme) const {
+    return paint::fittedSize(theme, metric_.title, kTitleSize, QFont::DemiBold,
+                             width - SectionHeader::kIconSize - SectionHeader::kIconSpacing,
+                             kMinimumTitleScale);
+}
+
 double RingMetricCard::heightFor(double, const DashboardTheme& theme) const {
     double height =
         diameter_ + kSpacing +
@@ -44,7 +50,7 @@ void RingMetricCard::paint(QPainter& painter, const QRectF& rect,
     // Title and symbol together, centred; a long title shrinks a little before it is cut.
     const double spacing = SectionHeader::kIconSpacing;
     const double available = rect.width() - SectionHeader::kIconSize - spacing;
-    const double titleSize = paint::fittedSize(theme, metric_.title, kTitleSize, QFont::DemiBold,
+    const double titleSize = paint::fittedSize(theme, metric_.title, titleSize_, QFont::DemiBold,
                                                available, kMinimumTitleScale);
     const double titleWidth =
         std::min(available, paint::textWidth(theme, metric_.title, titleSize, QFont::DemiBold));

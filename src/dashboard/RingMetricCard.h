@@ -9,8 +9,14 @@ namespace lumetra {
 // its symbol and the detail below, all centred.
 class RingMetricCard final : public PaintedView {
 public:
-    RingMetricCard(MetricPresentation metric, double lineWidth, double diameter)
-        : metric_(std::move(metric)), lineWidth_(lineWidth), diameter_(diameter) {}
+    // `titleSize` lets rings side by side share one title size when a long title shrinks.
+    RingMetricCard(MetricPresentation metric, double lineWidth, double diameter,
+                   double titleSize = kTitleSize)
+        : metric_(std::move(metric)), lineWidth_(lineWidth), diameter_(diameter),
+          titleSize_(titleSize) {}
+
+    // The largest title size, down to kMinimumTitleScale, that fits a column of `width`.
+    double fittingTitleSize(double width, const DashboardTheme& theme) const;
 
     double heightFor(double width, const DashboardTheme& theme) const override;
     void paint(QPainter& painter, const QRectF& rect, const DashboardTheme& theme) const override;
@@ -27,6 +33,7 @@ private:
     MetricPresentation metric_;
     double lineWidth_;
     double diameter_;
+    double titleSize_;
 };
 
 } // namespace lumetra

@@ -44,6 +44,8 @@ TEST(SnapshotCommandTest, RejectsWhatItCannotDraw) {
         {"--snapshot a.png --style Classic", "unknown style 'Classic'"},
         {"--snapshot a.png --theme blue", "unknown theme 'blue'"},
         {"--snapshot a.png --watch", "'--watch' cannot be combined"},
+        // With --label the style is the label's.
+        {"--snapshot a.png --label --style grid", "unknown label style 'grid'"},
     };
     for (const auto& [arguments, message] : cases) {
         const SnapshotParse parsed = SnapshotCommand::parse(split(arguments));
@@ -52,6 +54,12 @@ TEST(SnapshotCommandTest, RejectsWhatItCannotDraw) {
             << arguments << ": " << parsed.error.toStdString();
     }
     EXPECT_TRUE(SnapshotCommand::requested(split("--style ring --snapshot=x.png")));
+    const SnapshotParse label =
+        SnapshotCommand::parse(split("--style miniBar --label --snapshot l.png"));
+    ASSERT_TRUE(label.options) << label.error.toStdString();
+    EXPECT_TRUE(label.options->label);
+    EXPECT_EQ(label.options->labelStyle, MenuBarDisplayStyle::miniBar);
+    EXPECT_FALSE(label.options->style);
     EXPECT_FALSE(SnapshotCommand::requested(split("--print --format json")));
 }
 

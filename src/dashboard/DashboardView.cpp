@@ -267,6 +267,7 @@ void DashboardView::contentChanged() {
     if (height != height_) {
         height_ = height;
         updateGeometry();
+        emit preferredHeightChanged();
     }
     update();
 }

@@ -51,6 +51,8 @@ signals:
     void supportRequested();
     void quitRequested();
     void darkChanged();
+    // The content needs another height (a card style, a volume more or less).
+    void preferredHeightChanged();
 
 protected:
     void paintEvent(QPaintEvent* event) override;

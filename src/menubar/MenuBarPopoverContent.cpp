@@ -6,6 +6,7 @@
 #include "settings/SettingsStore.h"
 
 #include <QApplication>
+#include <QCoreApplication>
 #include <QEvent>
 #include <QPalette>
 #include <QVBoxLayout>
@@ -38,6 +39,13 @@ MenuBarPopoverContent::MenuBarPopoverContent(AppState& appState, QWidget* parent
     connect(dashboard_, &DashboardView::supportRequested, this,
             &MenuBarPopoverContent::supportRequested);
     connect(dashboard_, &DashboardView::quitRequested, this, &MenuBarPopoverContent::quitRequested);
+    // The window is sized by hand around its anchor: tell it at once, since the layouts in
+    // between pass a new height on only while they are active.
+    connect(dashboard_, &DashboardView::preferredHeightChanged, this, [this] {
+        updateGeometry();
+        if (window() != this)
+            QCoreApplication::postEvent(window(), new QEvent(QEvent::LayoutRequest));
+    });
     setFixedWidth(kWidth);
 
     connect(&appState_, &AppState::effectiveAppearanceChanged, this,
@@ -77,9 +85,8 @@ void MenuBarPopoverContent::setOpaqueBackground(bool opaque) {
 }
 
 int MenuBarPopoverContent::preferredHeight() const {
-    if (layout()->hasHeightForWidth())
-        return layout()->totalHeightForWidth(kWidth);
-    return layout()->totalSizeHint().height();
+    // The dashboard knows its height at once; the layouts learn of a change only later.
+    return dashboard_->sizeHint().height();
 }
 
 bool MenuBarPopoverContent::event(QEvent* event) {

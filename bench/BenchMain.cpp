@@ -1,10 +1,13 @@
 #include "BenchMain.h"
 
-#include <QCoreApplication>
+#include <QApplication>
 
 // LUMETRA_BENCH_ITERATIONS=N runs every benchmark exactly N times (for callgrind).
 int main(int argc, char** argv) {
-    QCoreApplication app(argc, argv);
+    // The dashboard's benchmarks draw widgets; they need no display.
+    if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
+        qputenv("QT_QPA_PLATFORM", "offscreen");
+    QApplication app(argc, argv);
     const char* fixed = std::getenv("LUMETRA_BENCH_ITERATIONS");
     const long iterations = fixed ? std::strtol(fixed, nullptr, 10) : 0;
     for (const auto& entry : lumetra::bench::registry()) {

@@ -10,6 +10,7 @@ _lumetra() {
 
     local formats="text json waybar i3bar"
     local styles="classic ring compactRow sparklineArea grid"
+    [[ " ${COMP_WORDS[*]} " == *" --label "* ]] && styles="textOnly iconAndText compactGraph miniBar"
     local themes="light dark"
 
     # --option=value: complete the value after the equals sign. Bash splits at '=' when it is
@@ -49,8 +50,8 @@ _lumetra() {
         ;;
     *)
         if [[ $cur == -* || -z $cur ]]; then
-            local options="--print --watch --format --root --settings --snapshot --style
-                --theme --help --version"
+            local options="--print --watch --format --root --settings --snapshot --label
+                --style --theme --help --version"
             mapfile -t COMPREPLY < <(compgen -W "$options" -- "$cur")
         else
             COMPREPLY=()

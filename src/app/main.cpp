@@ -1,4 +1,5 @@
 #include "app/LumetraApp.h"
+#include "app/SnapshotCommand.h"
 #include "cli/TerminalMode.h"
 #include "cli/TerminalOptions.h"
 #include "core/SystemMonitor.h"
@@ -152,6 +153,15 @@ int main(int argc, char* argv[]) {
         qSetMessagePattern(
             QStringLiteral("lumetra: %{if-category}%{category}: %{endif}%{message}"));
 
+    if (const QStringList arguments = argumentsOf(argc, argv);
+        SnapshotCommand::requested(arguments)) {
+        const SnapshotParse snapshot = SnapshotCommand::parse(arguments);
+        if (!snapshot.options) {
+            printTo(stderr, snapshot.error + u'\n');
+            return 2;
+        }
+        return SnapshotCommand::run(argc, argv, *snapshot.options);
+    }
     const TerminalOptionsParse parsed = parseTerminalOptions(argumentsOf(argc, argv));
     if (!parsed.options) {
         printTo(stderr, parsed.error + u'\n');

@@ -118,6 +118,7 @@ QString terminalUsage() {
         "  --root DIR       read DIR/proc and DIR/sys instead of /proc and /sys\n"
         "                   (a host's trees mounted into a container, or a saved tree)\n"
         "  --settings       open the settings window of the panel app\n"
+        "  --snapshot FILE  write the dashboard (or --label) as a PNG; --style, --theme\n"
         "  -h, --help       show this help and exit\n"
         "  -v, --version    show the version and exit\n"
         "\n"

@@ -2,58 +2,18 @@
 
 #include "appearance/GlassBackground.h"
 #include "core/AppState.h"
-#include "core/SystemMonitor.h"
-#include "format/ValueFormatters.h"
+#include "dashboard/DashboardView.h"
 #include "settings/SettingsStore.h"
 
 #include <QApplication>
+#include <QCoreApplication>
 #include <QEvent>
-#include <QLabel>
 #include <QPalette>
 #include <QVBoxLayout>
-
-#include <cmath>
 
 namespace lumetra {
 
 namespace {
-
-QString percentText(double value) {
-    return QStringLiteral("%1%").arg(std::lround(std::clamp(value, 0.0, 100.0)));
-}
-
-// The live CPU and memory figures, until the dashboard's cards take this place.
-class GlanceCard : public QWidget {
-public:
-    GlanceCard(SystemMonitor& monitor, QWidget* parent) : QWidget(parent), monitor_(monitor) {
-        auto* layout = new QVBoxLayout(this);
-        layout->setContentsMargins(12, 12, 12, 12);
-        layout->setSpacing(6);
-        title_ = new QLabel(tr("lumetra"), this);
-        QFont titleFont = title_->font();
-        titleFont.setPointSizeF(12);
-        titleFont.setWeight(QFont::DemiBold);
-        title_->setFont(titleFont);
-        figures_ = new QLabel(this);
-        figures_->setObjectName(QStringLiteral("PopoverFigures"));
-        layout->addWidget(title_);
-        layout->addWidget(figures_);
-        connect(&monitor_, &SystemMonitor::metricsChanged, this, [this] { refresh(); });
-        refresh();
-    }
-
-private:
-    void refresh() {
-        const SystemMetrics& metrics = monitor_.metrics();
-        figures_->setText(
-            tr("CPU %1   Memory %2")
-                .arg(percentText(metrics.cpuUsage), percentText(metrics.memoryPercentage)));
-    }
-
-    SystemMonitor& monitor_;
-    QLabel* title_;
-    QLabel* figures_;
-};
 
 bool systemIsDark() {
     const QColor window = QApplication::palette().color(QPalette::Window);
@@ -72,8 +32,20 @@ MenuBarPopoverContent::MenuBarPopoverContent(AppState& appState, QWidget* parent
     outer->addWidget(background_);
     auto* inner = new QVBoxLayout(background_);
     inner->setContentsMargins(0, 0, 0, 0);
-    dashboard_ = new GlanceCard(appState.systemMonitor(), background_);
+    dashboard_ = new DashboardView(appState.systemMonitor(), appState.settings(), background_);
     inner->addWidget(dashboard_);
+    connect(dashboard_, &DashboardView::settingsRequested, this,
+            &MenuBarPopoverContent::settingsRequested);
+    connect(dashboard_, &DashboardView::supportRequested, this,
+            &MenuBarPopoverContent::supportRequested);
+    connect(dashboard_, &DashboardView::quitRequested, this, &MenuBarPopoverContent::quitRequested);
+    // The window is sized by hand around its anchor: tell it at once, since the layouts in
+    // between pass a new height on only while they are active.
+    connect(dashboard_, &DashboardView::preferredHeightChanged, this, [this] {
+        updateGeometry();
+        if (window() != this)
+            QCoreApplication::postEvent(window(), new QEvent(QEvent::LayoutRequest));
+    });
     setFixedWidth(kWidth);
 
     connect(&appState_, &AppState::effectiveAppearanceChanged, this,
@@ -99,6 +71,7 @@ void MenuBarPopoverContent::applyAppearance() {
     const bool dark = isDark();
     background_->setConfiguration(appState_.effectiveAppearance());
     background_->setDark(dark);
+    dashboard_->setDark(dark);
     QPalette palette = QApplication::palette();
     const QColor text = dark ? QColor(0xF2, 0xF2, 0xF7) : QColor(0x1C, 0x1C, 0x1E);
     palette.setColor(QPalette::WindowText, text);
@@ -112,9 +85,8 @@ void MenuBarPopoverContent::setOpaqueBackground(bool opaque) {
 }
 
 int MenuBarPopoverContent::preferredHeight() const {
-    if (layout()->hasHeightForWidth())
-        return layout()->totalHeightForWidth(kWidth);
-    return layout()->totalSizeHint().height();
+    // The dashboard knows its height at once; the layouts learn of a change only later.
+    return dashboard_->sizeHint().height();
 }
 
 bool MenuBarPopoverContent::event(QEvent* event) {

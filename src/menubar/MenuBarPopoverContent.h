@@ -5,6 +5,7 @@
 namespace lumetra {
 
 class AppState;
+class DashboardView;
 class GlassBackground;
 
 // What the popover shows: the dashboard over the glass background, drawn with the effective
@@ -37,7 +38,7 @@ private:
 
     AppState& appState_;
     GlassBackground* background_;
-    QWidget* dashboard_;
+    DashboardView* dashboard_;
 };
 
 } // namespace lumetra

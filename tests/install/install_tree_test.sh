@@ -153,11 +153,12 @@ while IFS='|' read -r words want; do
 done <<'EOF'
 lumetra --format|i3bar json text waybar
 lumetra --style|classic compactRow grid ring sparklineArea
+lumetra --label --style|compactGraph iconAndText miniBar textOnly
 lumetra --theme|dark light
 lumetra --format =|i3bar json text waybar
 lumetra --root|proc-tree shots
 lumetra --snapshot|a.png b.PNG proc-tree shots
-lumetra --print|--format --help --print --root --settings --snapshot --style --theme --version --watch
+lumetra --print|--format --help --label --print --root --settings --snapshot --style --theme --version --watch
 EOF
 while IFS='|' read -r words want; do
     # shellcheck disable=SC2086

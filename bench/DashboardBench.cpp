@@ -1,0 +1,85 @@
+#include "BenchMain.h"
+
+#include "core/SystemMonitor.h"
+#include "dashboard/DashboardIcons.h"
+#include "dashboard/DashboardPicture.h"
+#include "dashboard/DashboardView.h"
+#include "settings/SettingsStore.h"
+#include "settings/UserDefaults.h"
+
+#include <QTemporaryDir>
+
+using namespace lumetra;
+
+namespace {
+
+// A busy machine with full histories and three volumes: the most the dashboard draws.
+DashboardState busyMachine() {
+    DashboardState state;
+    state.metrics.cpuUsage = 37.4;
+    state.metrics.memoryUsed = 11ull << 30;
+    state.metrics.memoryTotal = 32ull << 30;
+    state.metrics.memoryPercentage = 34.4;
+    state.metrics.temperature = 61.2;
+    state.metrics.temperatureAvailability = TemperatureAvailability::exactTemperature;
+    state.metrics.downloadBytesPerSecond = 1'234'567;
+    state.metrics.uploadBytesPerSecond = 98'765;
+    for (int i = 0; i < 60; ++i) {
+        state.cpuHistory.append((i * 37) % 100);
+        state.memoryHistory.append(30 + i % 7);
+    }
+    for (const char* name : {"System", "Home", "USB Stick"}) {
+        DiskVolume volume;
+        volume.name = QLatin1String(name);
+        volume.totalCapacity = 500'000'000'000;
+        volume.availableCapacity = 180'000'000'000;
+        state.diskVolumes.push_back(volume);
+    }
+    return state;
+}
+
+// One redraw of the open dashboard, as each new sample causes: the presentations rebuilt,
+// every card laid out and painted, over the background, into an image the size of the
+// popover at a scale factor of 1.
+void redraw(benchmark::State& state, MetricCardStyle style) {
+    QTemporaryDir dir;
+    UserDefaults defaults(dir.filePath(QStringLiteral("settings.json")));
+    SettingsStore settings(defaults);
+    settings.setMetricCardStyle(style);
+    SystemMonitor monitor({}, 1, 1);
+    DashboardView view(monitor, settings);
+    view.setFixedLook(QStringLiteral("DejaVu Sans"));
+    view.setFixedState(busyMachine());
+    QImage image = DashboardPicture::render(view, AppearanceConfiguration(), 1.0);
+    for (auto _ : state) {
+        DashboardPicture::renderInto(image, view, AppearanceConfiguration());
+        benchmark::DoNotOptimize(image.constBits());
+    }
+}
+
+void BM_DashboardRedraw(benchmark::State& state) {
+    redraw(state, MetricCardStyle::classic);
+}
+LUMETRA_BENCHMARK(BM_DashboardRedraw);
+
+void BM_DashboardRedrawRing(benchmark::State& state) {
+    redraw(state, MetricCardStyle::ring);
+}
+LUMETRA_BENCHMARK(BM_DashboardRedrawRing);
+
+void BM_DashboardRedrawCompactRow(benchmark::State& state) {
+    redraw(state, MetricCardStyle::compactRow);
+}
+LUMETRA_BENCHMARK(BM_DashboardRedrawCompactRow);
+
+void BM_DashboardRedrawSparklineArea(benchmark::State& state) {
+    redraw(state, MetricCardStyle::sparklineArea);
+}
+LUMETRA_BENCHMARK(BM_DashboardRedrawSparklineArea);
+
+void BM_DashboardRedrawGrid(benchmark::State& state) {
+    redraw(state, MetricCardStyle::grid);
+}
+LUMETRA_BENCHMARK(BM_DashboardRedrawGrid);
+
+} // namespace

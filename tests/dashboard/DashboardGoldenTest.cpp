@@ -1,0 +1,159 @@
+// The dashboard in each card style and theme, rendered from fixed samples and compared with
+// the reference images in tests/dashboard/golden/. After an intended change of the look,
+// regenerate them (and look at every one before committing it) with:
+//   LUMETRA_UPDATE_GOLDEN=1 build/tests/lumetra_tests --gtest_filter='DashboardGolden*'
+
+#include "core/SystemMonitor.h"
+#include "dashboard/DashboardIcons.h"
+#include "dashboard/DashboardPicture.h"
+#include "dashboard/DashboardView.h"
+#include "settings/SettingsTestSupport.h"
+
+#include <QDir>
+#include <QFileInfo>
+
+#include <gtest/gtest.h>
+
+#include <cstdlib>
+
+namespace lumetra {
+namespace {
+
+constexpr std::uint64_t kGiB = 1ull << 30;
+
+DiskVolume volume(const char* name, std::int64_t total, std::int64_t available, bool internal) {
+    DiskVolume disk;
+    disk.id = QStringLiteral("/mnt/") + QLatin1String(name);
+    disk.name = QLatin1String(name);
+    disk.totalCapacity = total;
+    disk.availableCapacity = available;
+    disk.isInternal = internal;
+    return disk;
+}
+
+MetricHistory history(std::initializer_list<double> values) {
+    MetricHistory result;
+    for (double value : values)
+        result.append(value);
+    return result;
+}
+
+// A machine at work: CPU exactly 75 % (orange), memory 90 % (red), 52 °C (accent), a
+// half-full disk, one whose free space exceeds its size, one nearly full, traffic.
+DashboardState busyMachine() {
+    DashboardState state;
+    state.metrics.cpuUsage = 75;
+    state.metrics.memoryUsed = 29 * kGiB - 800 * (1ull << 20);
+    state.metrics.memoryTotal = 32 * kGiB;
+    state.metrics.memoryPercentage = 90;
+    state.metrics.temperature = 52.4;
+    state.metrics.temperatureAvailability = TemperatureAvailability::exactTemperature;
+    state.metrics.downloadBytesPerSecond = 1'234'567;
+    state.metrics.uploadBytesPerSecond = 98'765;
+    state.metrics.temperatureSources = {QStringLiteral("k10temp/Tccd1"),
+                                        QStringLiteral("k10temp/Tccd2")};
+    state.metrics.networkInterfaces = {QStringLiteral("enp5s0"), QStringLiteral("wlp3s0")};
+    state.cpuHistory = history({12, 30, 22, 48, 95, 60, 40, 70, 75});
+    state.memoryHistory = history({80, 82, 85, 86, 88, 89, 90, 90, 90});
+    state.diskVolumes = {volume("System", 500'000'000'000, 250'000'000'000, true),
+                         volume("Backup", 1'000'000'000, 4'000'000'000, false),
+                         volume("USB Stick", 64'000'000'000, 1'000'000'000, false)};
+    return state;
+}
+
+// An idle machine: CPU 0 %, memory 100 %, no temperature (thermal state only), no volumes,
+// no history yet.
+DashboardState idleMachine() {
+    DashboardState state;
+    state.metrics.cpuUsage = 0;
+    state.metrics.memoryUsed = 16 * kGiB;
+    state.metrics.memoryTotal = 16 * kGiB;
+    state.metrics.memoryPercentage = 100;
+    state.metrics.thermalState = ThermalState::serious;
+    state.metrics.temperatureAvailability = TemperatureAvailability::unavailable;
+    state.cpuHistory = history({0});
+    state.memoryHistory = history({100});
+    return state;
+}
+
+struct GoldenCase {
+    MetricCardStyle style;
+    bool dark;
+};
+
+std::string caseName(const GoldenCase& golden) {
+    return std::string(rawValue(golden.style)) + (golden.dark ? "_dark" : "_light");
+}
+
+QString goldenPath(const GoldenCase& golden) {
+    return QStringLiteral(LUMETRA_FIXTURES_DIR "/../dashboard/golden/%1.png")
+        .arg(QString::fromStdString(caseName(golden)));
+}
+
+// A pixel counts as different when a channel is off by more than this: font rasterisers
+// differ a little between FreeType releases.
+constexpr int kChannelTolerance = 24;
+constexpr double kDifferentShare = 0.003;
+
+int channelDistance(QRgb a, QRgb b) {
+    return std::max({std::abs(qRed(a) - qRed(b)), std::abs(qGreen(a) - qGreen(b)),
+                     std::abs(qBlue(a) - qBlue(b)), std::abs(qAlpha(a) - qAlpha(b))});
+}
+
+class DashboardGolden : public ::testing::TestWithParam<GoldenCase> {};
+
+TEST_P(DashboardGolden, MatchesReferenceImage) {
+    const GoldenCase golden = GetParam();
+    DashboardIcons::setThemeIconsEnabled(false);
+    testing::LoadedStore settings;
+    settings.store.setMetricCardStyle(golden.style);
+    SystemMonitor monitor({}, 1, 1);
+    DashboardView view(monitor, settings.store);
+    view.setFixedLook(QStringLiteral("DejaVu Sans"));
+    view.setDark(golden.dark);
+    view.setFixedState(golden.dark ? idleMachine() : busyMachine());
+
+    const QImage actual = DashboardPicture::render(view, AppearanceConfiguration(), 1.0)
+                              .convertToFormat(QImage::Format_ARGB32);
+    ASSERT_EQ(actual.width(), DashboardView::kWidth);
+    const QString path = goldenPath(golden);
+    if (qEnvironmentVariableIsSet("LUMETRA_UPDATE_GOLDEN")) {
+        QDir().mkpath(QFileInfo(path).path());
+        ASSERT_TRUE(actual.save(path));
+        GTEST_SKIP() << "wrote " << path.toStdString();
+    }
+    const QImage expected = QImage(path).convertToFormat(QImage::Format_ARGB32);
+    ASSERT_FALSE(expected.isNull()) << "no reference image " << path.toStdString();
+    const QString actualPath = QDir::temp().filePath(QFileInfo(path).fileName());
+    ASSERT_EQ(actual.size(), expected.size())
+        << "the layout changed; this run's image: " << (actual.save(actualPath), "")
+        << actualPath.toStdString();
+    qint64 different = 0;
+    for (int y = 0; y < actual.height(); ++y) {
+        const auto* a = reinterpret_cast<const QRgb*>(actual.constScanLine(y));
+        const auto* b = reinterpret_cast<const QRgb*>(expected.constScanLine(y));
+        for (int x = 0; x < actual.width(); ++x)
+            different += channelDistance(a[x], b[x]) > kChannelTolerance;
+    }
+    const double share = double(different) / (double(actual.width()) * actual.height());
+    if (share > kDifferentShare)
+        actual.save(actualPath);
+    EXPECT_LE(share, kDifferentShare)
+        << different << " pixels differ; this run's image: " << actualPath.toStdString();
+}
+
+INSTANTIATE_TEST_SUITE_P(StylesAndThemes, DashboardGolden,
+                         ::testing::Values(GoldenCase{MetricCardStyle::classic, false},
+                                           GoldenCase{MetricCardStyle::classic, true},
+                                           GoldenCase{MetricCardStyle::ring, false},
+                                           GoldenCase{MetricCardStyle::ring, true},
+                                           GoldenCase{MetricCardStyle::compactRow, false},
+                                           GoldenCase{MetricCardStyle::compactRow, true},
+                                           GoldenCase{MetricCardStyle::sparklineArea, false},
+                                           GoldenCase{MetricCardStyle::sparklineArea, true},
+                                           GoldenCase{MetricCardStyle::grid, false},
+                                           GoldenCase{MetricCardStyle::grid, true}),
+                         [](const auto& info) { return caseName(info.param); });
+
+} // namespace
+} // namespace lumetra

@@ -1,0 +1,114 @@
+#include "dashboard/MetricPresentation.h"
+#include "format/LevelColor.h"
+
+#include <gtest/gtest.h>
+
+using namespace lumetra;
+
+namespace {
+
+MetricHistory historyOf(std::initializer_list<double> values) {
+    MetricHistory history;
+    for (double value : values)
+        history.append(value);
+    return history;
+}
+
+TEST(MetricPresentationTest, PercentTextClampsAndRoundsHalfAwayFromZero) {
+    const std::pair<double, const char*> cases[] = {{0, "0%"},     {37.5, "38%"}, {99.5, "100%"},
+                                                    {140, "100%"}, {-3, "0%"},    {74.4, "74%"}};
+    for (const auto& [value, expected] : cases)
+        EXPECT_EQ(percentText(value), QLatin1String(expected)) << value;
+}
+
+TEST(MetricPresentationTest, TemperatureLevelMapsTwentyToHundredOntoTheScale) {
+    const std::pair<double, double> cases[] = {{20, 0},    {-5, 0},    {60, 50},
+                                               {100, 100}, {110, 100}, {84, 80}};
+    for (const auto& [celsius, level] : cases)
+        EXPECT_DOUBLE_EQ(temperatureLevel(celsius), level) << celsius;
+}
+
+TEST(MetricPresentationTest, CpuAndMemoryCarryTheirLevelsAndHistories) {
+    SystemMetrics metrics;
+    metrics.cpuUsage = 99.5;
+    metrics.memoryUsed = 7ull << 30;
+    metrics.memoryTotal = 16ull << 30;
+    metrics.memoryPercentage = 43.75;
+    const MetricHistory history = historyOf({1, 2, 3});
+
+    const MetricPresentation cpu = cpuPresentation(metrics, history);
+    EXPECT_EQ(cpu.id, QLatin1String("cpu"));
+    EXPECT_EQ(cpu.systemImage, QLatin1String("cpu"));
+    EXPECT_EQ(cpu.valueText, QLatin1String("100%"));
+    EXPECT_EQ(cpu.percentage, 99.5);
+    EXPECT_FALSE(cpu.detailText);
+    EXPECT_EQ(cpu.history, (std::vector<double>{1, 2, 3}));
+
+    const MetricPresentation memory = memoryPresentation(metrics, history);
+    EXPECT_EQ(memory.id, QLatin1String("memory"));
+    EXPECT_EQ(memory.systemImage, QLatin1String("memorychip"));
+    EXPECT_EQ(memory.valueText, QLatin1String("44%"));
+    EXPECT_EQ(memory.detailText, memoryDetailText(7ull << 30, 16ull << 30));
+    EXPECT_EQ(memory.detailText->count(QLatin1String(" / ")), 1);
+}
+
+struct TemperatureCase {
+    const char* name;
+    TemperatureAvailability availability;
+    std::optional<double> temperature;
+    const char* valueText;
+    std::optional<double> percentage;
+    bool hasDetail;
+};
+
+class TemperaturePresentationTest : public ::testing::TestWithParam<TemperatureCase> {};
+
+TEST_P(TemperaturePresentationTest, ReadingOrThermalStateFallback) {
+    const TemperatureCase& c = GetParam();
+    SystemMetrics metrics;
+    metrics.temperatureAvailability = c.availability;
+    metrics.temperature = c.temperature;
+    metrics.thermalState = ThermalState::serious;
+    const MetricPresentation presentation = temperaturePresentation(metrics);
+    EXPECT_EQ(presentation.id, QLatin1String("temperature"));
+    EXPECT_EQ(presentation.systemImage, QLatin1String("thermometer.medium"));
+    EXPECT_EQ(presentation.valueText, QString::fromUtf8(c.valueText));
+    EXPECT_EQ(presentation.percentage, c.percentage);
+    EXPECT_EQ(presentation.detailText.has_value(), c.hasDetail);
+    if (c.hasDetail) {
+        EXPECT_EQ(*presentation.detailText, label(ThermalState::serious));
+    }
+    EXPECT_TRUE(presentation.history.empty());
+    // Without a level every style draws it secondary: no bar, no arc.
+    EXPECT_EQ(levelColor(presentation.percentage) == LevelColor::secondary, !c.percentage);
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Cases, TemperaturePresentationTest,
+    ::testing::Values(TemperatureCase{"reading", TemperatureAvailability::exactTemperature, 52.4,
+                                      "52 °C", 40.5, false},
+                      TemperatureCase{"hot", TemperatureAvailability::exactTemperature, 110,
+                                      "110 °C", 100, false},
+                      TemperatureCase{"cold", TemperatureAvailability::exactTemperature, 20,
+                                      "20 °C", 0, false},
+                      // An exact reading without a value counts as 0 °C.
+                      TemperatureCase{"absentReading", TemperatureAvailability::exactTemperature,
+                                      std::nullopt, "0 °C", 0, false},
+                      TemperatureCase{"thermalStateOnly", TemperatureAvailability::thermalStateOnly,
+                                      50, "Unavailable", std::nullopt, true},
+                      TemperatureCase{"unavailable", TemperatureAvailability::unavailable,
+                                      std::nullopt, "Unavailable", std::nullopt, true}),
+    [](const auto& info) { return std::string(info.param.name); });
+
+TEST(MetricPresentationTest, NetworkShowsTheDownloadRateWithoutLevel) {
+    SystemMetrics metrics;
+    metrics.downloadBytesPerSecond = 1000;
+    metrics.uploadBytesPerSecond = 5'000'000;
+    const MetricPresentation network = networkPresentation(metrics);
+    EXPECT_EQ(network.id, QLatin1String("network"));
+    EXPECT_EQ(network.valueText, QLatin1String("1.0 KB/s"));
+    EXPECT_FALSE(network.percentage);
+    EXPECT_FALSE(network.detailText);
+}
+
+} // namespace

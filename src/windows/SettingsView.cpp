@@ -9,13 +9,15 @@
 #include "windows/SymbolIcon.h"
 #include "windows/WindowTheme.h"
 
+#include <QButtonGroup>
 #include <QEvent>
 #include <QGuiApplication>
+#include <QHBoxLayout>
 #include <QScreen>
 #include <QScrollArea>
 #include <QShortcut>
-#include <QTabBar>
-#include <QTabWidget>
+#include <QStackedWidget>
+#include <QToolButton>
 #include <QVBoxLayout>
 
 #include <array>
@@ -51,56 +53,112 @@ QScrollArea* scrolled(QWidget* form) {
 } // namespace
 
 SettingsView::SettingsView(AppState& appState, QWidget* parent)
-    : QWidget(parent), tabs_(new QTabWidget(this)) {
+    : QWidget(parent), tabButtons_(new QButtonGroup(this)), toolbar_(new QWidget(this)),
+      pages_(new QStackedWidget(this)) {
     setObjectName(QStringLiteral("SettingsView"));
     setAttribute(Qt::WA_DeleteOnClose, false);
     setFixedWidth(kWidth);
     auto* layout = new QVBoxLayout(this);
-    layout->setContentsMargins(0, 8, 0, 0);
-    layout->addWidget(tabs_);
-    tabs_->setDocumentMode(true);
-    tabs_->setUsesScrollButtons(false);
-    tabs_->tabBar()->setExpanding(false);
-    tabs_->tabBar()->setDrawBase(true);
-    tabs_->setStyleSheet(QStringLiteral("QTabWidget::tab-bar { alignment: center; }"));
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->setSpacing(0);
+
+    // The tabs as a toolbar of symbol-over-title buttons, as settings windows have them.
+    auto* bar = new QHBoxLayout(toolbar_);
+    bar->setContentsMargins(8, 6, 8, 4);
+    bar->setSpacing(2);
+    bar->addStretch(1);
+    layout->addWidget(toolbar_);
+    auto* rule = new QFrame(this);
+    rule->setFrameShape(QFrame::HLine);
+    rule->setFrameShadow(QFrame::Plain);
+    rule->setFixedHeight(1);
+    rule->setForegroundRole(QPalette::Mid);
+    layout->addWidget(rule);
+    layout->addWidget(pages_, 1);
 
     auto* general = new GeneralSettingsView(appState);
     connect(general, &GeneralSettingsView::supportRequested, this, &SettingsView::supportRequested);
     const std::array<QWidget*, 5> forms{
         general, new MenuBarSettingsView(appState), new AppearanceSettingsView(appState),
         new MonitoringSettingsView(appState), new AdvancedSettingsView(appState)};
-    for (std::size_t i = 0; i < kTabs.size(); ++i)
-        tabs_->addTab(scrolled(forms[i]), tr(kTabs[i].title));
+    for (std::size_t i = 0; i < kTabs.size(); ++i) {
+        auto* button = new QToolButton(toolbar_);
+        button->setText(tr(kTabs[i].title));
+        button->setAccessibleName(button->text());
+        button->setObjectName(QStringLiteral("tab.") + QString::fromLatin1(kTabs[i].symbol));
+        button->setToolButtonStyle(Qt::ToolButtonTextUnderIcon);
+        button->setIconSize({20, 20});
+        button->setCheckable(true);
+        button->setAutoRaise(true);
+        button->setFocusPolicy(Qt::StrongFocus);
+        button->setMinimumWidth(76);
+        tabButtons_->addButton(button, int(i));
+        bar->addWidget(button);
+        pages_->addWidget(scrolled(forms[i]));
+    }
+    bar->addStretch(1);
+    tabButtons_->setExclusive(true);
+    connect(tabButtons_, &QButtonGroup::idClicked, this, &SettingsView::setCurrentIndex);
 
     theme_ = new WindowTheme(this, appState.settings());
     refreshTabIcons();
-    connect(tabs_, &QTabWidget::currentChanged, this, [this](int index) {
-        setWindowTitle(tabs_->tabText(index));
-        fitHeight();
-    });
-    setWindowTitle(tabs_->tabText(0));
+    setCurrentIndex(0);
 
     auto* close = new QShortcut(QKeySequence::Close, this);
     connect(close, &QShortcut::activated, this, &QWidget::close);
+    // Ctrl+Tab and Ctrl+Shift+Tab walk the tabs, as in tab widgets.
+    auto* next = new QShortcut(QKeySequence(Qt::CTRL | Qt::Key_Tab), this);
+    connect(next, &QShortcut::activated, this,
+            [this] { setCurrentIndex((currentIndex() + 1) % count()); });
+    auto* previous = new QShortcut(QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_Backtab), this);
+    connect(previous, &QShortcut::activated, this,
+            [this] { setCurrentIndex((currentIndex() + count() - 1) % count()); });
+}
+
+int SettingsView::count() const {
+    return pages_->count();
+}
+
+int SettingsView::currentIndex() const {
+    return pages_->currentIndex();
+}
+
+void SettingsView::setCurrentIndex(int index) {
+    if (index < 0 || index >= count())
+        return;
+    tabButtons_->button(index)->setChecked(true);
+    pages_->setCurrentIndex(index);
+    setWindowTitle(tabTitle(index));
     fitHeight();
 }
 
+QString SettingsView::tabTitle(int index) const {
+    QAbstractButton* button = tabButtons_->button(index);
+    return button ? button->text() : QString();
+}
+
+QToolButton* SettingsView::tabButton(int index) const {
+    return qobject_cast<QToolButton*>(tabButtons_->button(index));
+}
+
 QWidget* SettingsView::page(int index) const {
-    auto* area = qobject_cast<QScrollArea*>(tabs_->widget(index));
+    auto* area = qobject_cast<QScrollArea*>(pages_->widget(index));
     return area ? area->widget() : nullptr;
 }
 
-void SettingsView::fitHeight() {
-    // Like the panel's own settings windows elsewhere: the window takes the height of the tab
-    // shown, within the screen; a taller tab scrolls.
-    QWidget* form = page(tabs_->currentIndex());
+int SettingsView::preferredHeight(int index) const {
+    QWidget* form = page(index);
     if (!form)
-        return;
-    const int contentWidth = kWidth;
+        return 0;
     int content =
-        form->hasHeightForWidth() ? form->heightForWidth(contentWidth) : form->sizeHint().height();
+        form->hasHeightForWidth() ? form->heightForWidth(kWidth) : form->sizeHint().height();
     content = std::max(content, form->minimumSizeHint().height());
-    int height = content + tabs_->tabBar()->sizeHint().height() + 12;
+    return content + toolbar_->sizeHint().height() + 1;
+}
+
+void SettingsView::fitHeight() {
+    // The window takes the height of the tab shown, within the screen; a taller tab scrolls.
+    int height = preferredHeight(currentIndex());
     if (const QScreen* screen = this->screen() ? this->screen() : QGuiApplication::primaryScreen())
         height = std::min(height, int(screen->availableGeometry().height() * 0.9));
     resize(kWidth, height);
@@ -121,8 +179,8 @@ void SettingsView::present() {
 void SettingsView::refreshTabIcons() {
     const QColor color = palette().color(QPalette::WindowText);
     for (std::size_t i = 0; i < kTabs.size(); ++i)
-        tabs_->setTabIcon(int(i),
-                          SymbolIcon::icon(QString::fromLatin1(kTabs[i].symbol), color, 16));
+        tabButtons_->button(int(i))->setIcon(
+            SymbolIcon::icon(QString::fromLatin1(kTabs[i].symbol), color, 20));
 }
 
 void SettingsView::changeEvent(QEvent* event) {

@@ -3,6 +3,7 @@
 #include "core/AppState.h"
 #include "settings/SettingsStore.h"
 #include "windows/DonationLink.h"
+#include "windows/ProminentButton.h"
 #include "windows/SecondaryLabel.h"
 #include "windows/SymbolIcon.h"
 #include "windows/WindowTheme.h"
@@ -20,40 +21,6 @@ namespace lumetra {
 namespace {
 
 const QColor kPink(0xFF, 0x37, 0x8A);
-
-// A donation button: the service's symbol and name across the full width, in the accent
-// colour.
-class ProminentButton : public QPushButton {
-public:
-    ProminentButton(const QString& text, const QString& symbol, QWidget* parent)
-        : QPushButton(text, parent), symbol_(symbol) {
-        setMinimumHeight(32);
-        setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
-        setCursor(Qt::PointingHandCursor);
-        restyle();
-    }
-
-protected:
-    void changeEvent(QEvent* event) override {
-        if ((event->type() == QEvent::PaletteChange || event->type() == QEvent::ParentChange) &&
-            !restyling_)
-            restyle();
-        QPushButton::changeEvent(event);
-    }
-
-private:
-    void restyle() {
-        restyling_ = true;
-        QPalette p;
-        p.setColor(QPalette::Button, palette().color(QPalette::Highlight));
-        p.setColor(QPalette::ButtonText, Qt::white);
-        setPalette(p);
-        setIcon(SymbolIcon::icon(symbol_, Qt::white, 16));
-        restyling_ = false;
-    }
-    QString symbol_;
-    bool restyling_ = false;
-};
 
 } // namespace
 
@@ -93,6 +60,7 @@ SupportLumetraView::SupportLumetraView(AppState& appState, std::function<void()>
 
     for (const DonationLink& link : DonationLink::all()) {
         auto* button = new ProminentButton(link.displayName, link.symbolName, this);
+        button->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
         button->setObjectName(QStringLiteral("donate.") + link.id);
         button->setAccessibleName(link.displayName);
         // The window stays open: the page opens in the browser beside it.

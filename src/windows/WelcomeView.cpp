@@ -3,6 +3,7 @@
 #include "core/AppState.h"
 #include "settings/SettingsStore.h"
 #include "windows/FormGroup.h"
+#include "windows/ProminentButton.h"
 #include "windows/SecondaryLabel.h"
 #include "windows/SymbolIcon.h"
 #include "windows/WindowTheme.h"
@@ -19,14 +20,9 @@ namespace lumetra {
 namespace {
 
 QPushButton* primaryButton(const QString& text, QWidget* parent) {
-    auto* button = new QPushButton(text, parent);
+    auto* button = new ProminentButton(text, {}, parent);
     button->setDefault(true);
-    button->setMinimumWidth(140);
-    button->setMinimumHeight(30);
-    QPalette p;
-    p.setColor(QPalette::Button, WindowTheme::palette(false).color(QPalette::Highlight));
-    p.setColor(QPalette::ButtonText, Qt::white);
-    button->setPalette(p);
+    button->setMinimumWidth(160);
     return button;
 }
 

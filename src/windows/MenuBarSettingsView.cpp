@@ -107,6 +107,9 @@ MenuBarSettingsView::MenuBarSettingsView(AppState& appState, QWidget* parent)
                        QStringLiteral("temperatureFormat"), settings,
                        &SettingsStore::temperatureFormat, &SettingsStore::setTemperatureFormat,
                        &SettingsStore::temperatureFormatChanged, temperatureSample));
+    afterToggles_ = {orderList_, style, separator,
+                     findChild<QWidget*>(QStringLiteral("memoryFormat")),
+                     findChild<QWidget*>(QStringLiteral("temperatureFormat"))};
     preview_ = new MenuBarLabelView;
     preview_->setObjectName(QStringLiteral("labelPreview"));
     preview_->bind(&appState.systemMonitor(), &settings);
@@ -119,6 +122,7 @@ MenuBarSettingsView::MenuBarSettingsView(AppState& appState, QWidget* parent)
 void MenuBarSettingsView::rebuildToggles() {
     SettingsStore& settings = appState_.settings();
     metricsGroup_->clear();
+    QWidget* previous = nullptr;
     for (MenuBarMetric metric : settings.metricOrder()) {
         auto* toggle = new ToggleSwitch;
         const std::string_view raw = rawValue(metric);
@@ -129,6 +133,15 @@ void MenuBarSettingsView::rebuildToggles() {
             toggle, [&settings, metric] { return settings.enabledMetrics().contains(metric); },
             [&settings, metric](bool on) { settings.setMetricEnabled(metric, on); }, &settings,
             &SettingsStore::enabledMetricsChanged);
+        // Rebuilt switches would otherwise come last in the Tab order.
+        if (previous)
+            setTabOrder(previous, toggle);
+        previous = toggle;
+    }
+    for (QWidget* next : afterToggles_) {
+        if (previous)
+            setTabOrder(previous, next);
+        previous = next;
     }
 }
 

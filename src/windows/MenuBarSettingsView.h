@@ -2,6 +2,8 @@
 
 #include "windows/GroupedForm.h"
 
+#include <QList>
+
 class QListView;
 
 namespace lumetra {
@@ -33,7 +35,9 @@ private:
     AppState& appState_;
     FormGroup* metricsGroup_;
     MetricOrderModel* orderModel_;
-    QListView* orderList_;
+    QListView* orderList_ = nullptr;
+    // The controls Tab reaches after the switches, in order.
+    QList<QWidget*> afterToggles_;
     MenuBarLabelView* preview_;
 };
 

@@ -36,6 +36,7 @@ SupportLumetraView::SupportLumetraView(AppState& appState, std::function<void()>
     auto* layout = new QVBoxLayout(this);
     layout->setContentsMargins(28, 24, 28, 18);
     layout->setSpacing(12);
+    layout->addStretch(1);
 
     auto* heart = new QLabel(this);
     heart->setPixmap(SymbolIcon::pixmap(u"heart.fill", kPink, 40, devicePixelRatioF()));
@@ -69,7 +70,7 @@ SupportLumetraView::SupportLumetraView(AppState& appState, std::function<void()>
         if (!firstLink_)
             firstLink_ = button;
     }
-    layout->addStretch(1);
+    layout->addStretch(2);
 
     dontShowAgain_ = new QCheckBox(tr("Don't show again"), this);
     dontShowAgain_->setObjectName(QStringLiteral("dontShowAgain"));

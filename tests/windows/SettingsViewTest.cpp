@@ -369,3 +369,44 @@ TEST_F(SettingsViewTest, AdvancedTabShowsTheSampleAndRestartsSampling) {
 }
 
 } // namespace
+
+namespace {
+
+// The widgets Tab reaches in `page`, in order, by object name (unnamed ones left out).
+QStringList tabOrder(QWidget& window, QWidget* page) {
+    QStringList names;
+    QWidget* start = &window;
+    QWidget* w = start->nextInFocusChain();
+    for (int guard = 0; w != start && guard < 500; ++guard, w = w->nextInFocusChain()) {
+        if ((w->focusPolicy() & Qt::TabFocus) && page->isAncestorOf(w) &&
+            !w->objectName().isEmpty() && !w->objectName().startsWith("qt_"))
+            names << w->objectName();
+    }
+    return names;
+}
+
+TEST_F(SettingsViewTest, TabWalksEachFormTopToBottom) {
+    EXPECT_EQ(tabOrder(view, view.page(0)),
+              (QStringList{"launchAtLogin", "showWelcomeScreen", "automaticallyCheckForUpdates",
+                           "checkForUpdates", "supportLumetra", "resetSettings"}));
+    EXPECT_EQ(tabOrder(view, view.page(1)),
+              (QStringList{"metric.cpu", "metric.memory", "metric.temperature", "metric.download",
+                           "metric.upload", "metricOrderList", "menuBarDisplayStyle", "separator",
+                           "memoryFormat", "temperatureFormat"}));
+    EXPECT_EQ(tabOrder(view, view.page(4)), (QStringList{"resetSensorConfiguration"}));
+    // Switches rebuilt for a new order keep their place before the list.
+    h.settings->setMetricOrder({M::upload, M::cpu});
+    EXPECT_EQ(tabOrder(view, view.page(1)),
+              (QStringList{"metric.upload", "metric.cpu", "metricOrderList", "menuBarDisplayStyle",
+                           "separator", "memoryFormat", "temperatureFormat"}));
+}
+
+TEST_F(SettingsViewTest, SpaceFlipsAFocusedSwitch) {
+    view.present();
+    auto* welcome = child<QAbstractButton>(view, "showWelcomeScreen");
+    welcome->setFocus();
+    QTest::keyClick(welcome, Qt::Key_Space);
+    EXPECT_FALSE(h.settings->showWelcomeScreen());
+}
+
+} // namespace

@@ -373,6 +373,174 @@
     </message>
 </context>
 <context>
+    <name>lumetra::AdvancedSettingsView</name>
+    <message>
+        <source>Exact reading available</source>
+        <translation>Exakter Messwert verfügbar</translation>
+    </message>
+    <message>
+        <source>Thermal state only</source>
+        <translation>Nur thermischer Zustand</translation>
+    </message>
+    <message>
+        <source>Unavailable</source>
+        <translation>Nicht verfügbar</translation>
+    </message>
+    <message>
+        <source>Sensor Availability</source>
+        <translation>Verfügbare Sensoren</translation>
+    </message>
+    <message>
+        <source>Hardware Model</source>
+        <translation>Hardwaremodell</translation>
+    </message>
+    <message>
+        <source>Apple Silicon</source>
+        <translation>Apple Silicon</translation>
+    </message>
+    <message>
+        <source>Temperature</source>
+        <translation>Temperatur</translation>
+    </message>
+    <message>
+        <source>Temperature Sensors</source>
+        <translation>Temperatursensoren</translation>
+    </message>
+    <message>
+        <source>Thermal State</source>
+        <translation>Thermischer Zustand</translation>
+    </message>
+    <message>
+        <source>Developer Diagnostics</source>
+        <translation>Diagnose für Entwickler</translation>
+    </message>
+    <message>
+        <source>Logs are written to the system journal under %1, categories: monitoring, sensors, ui, settings. View them with journalctl.</source>
+        <translation>Protokolle werden im Systemjournal unter %1 geschrieben, Kategorien: monitoring, sensors, ui, settings. Anzeigen mit journalctl.</translation>
+    </message>
+    <message>
+        <source>Reset Sensor Configuration</source>
+        <translation>Sensorkonfiguration zurücksetzen</translation>
+    </message>
+    <message>
+        <source>Unknown</source>
+        <translation>Unbekannt</translation>
+    </message>
+    <message>
+        <source>Yes</source>
+        <translation>Ja</translation>
+    </message>
+    <message>
+        <source>No</source>
+        <translation>Nein</translation>
+    </message>
+    <message>
+        <source>None found</source>
+        <translation>Keine gefunden</translation>
+    </message>
+</context>
+<context>
+    <name>lumetra::AppearanceSettingsView</name>
+    <message>
+        <source>Window Appearance</source>
+        <translation>Fensterdarstellung</translation>
+    </message>
+    <message>
+        <source>Theme</source>
+        <translation>Design</translation>
+    </message>
+    <message>
+        <source>Appearance</source>
+        <translation>Darstellung</translation>
+    </message>
+    <message>
+        <source>Custom Appearance</source>
+        <translation>Eigene Darstellung</translation>
+    </message>
+    <message>
+        <source>Background Opacity</source>
+        <translation>Deckkraft des Hintergrunds</translation>
+    </message>
+    <message>
+        <source>Overlay Opacity</source>
+        <translation>Deckkraft der Überlagerung</translation>
+    </message>
+    <message>
+        <source>Blur Intensity</source>
+        <translation>Unschärfe</translation>
+    </message>
+    <message>
+        <source>Material</source>
+        <translation>Material</translation>
+    </message>
+    <message>
+        <source>Vibrancy</source>
+        <translation>Lebendigkeit</translation>
+    </message>
+    <message>
+        <source>Dashboard</source>
+        <translation>Dashboard</translation>
+    </message>
+    <message>
+        <source>Metric Card Style</source>
+        <translation>Stil der Messkarten</translation>
+    </message>
+    <message>
+        <source>Background Preview</source>
+        <translation>Vorschau des Hintergrunds</translation>
+    </message>
+    <message>
+        <source>Accessibility settings of the desktop (reduced transparency, increased contrast) take precedence over these choices.</source>
+        <translation>Die Bedienungshilfen des Desktops (weniger Transparenz, mehr Kontrast) haben Vorrang vor diesen Einstellungen.</translation>
+    </message>
+    <message>
+        <source>%1 %</source>
+        <translation>%1 %</translation>
+    </message>
+</context>
+<context>
+    <name>lumetra::BackgroundPreview</name>
+    <message>
+        <source>lumetra</source>
+        <translation>lumetra</translation>
+    </message>
+    <message>
+        <source>CPU 23%   Memory 61%   52°C</source>
+        <translation>CPU 23%   Speicher 61%   52°C</translation>
+    </message>
+</context>
+<context>
+    <name>lumetra::GeneralSettingsView</name>
+    <message>
+        <source>Launch lumetra at login</source>
+        <translation>lumetra bei der Anmeldung starten</translation>
+    </message>
+    <message>
+        <source>Show welcome screen on next launch</source>
+        <translation>Willkommensbildschirm beim nächsten Start zeigen</translation>
+    </message>
+    <message>
+        <source>Automatically check for updates</source>
+        <translation>Automatisch nach Updates suchen</translation>
+    </message>
+    <message>
+        <source>Check for Updates…</source>
+        <translation>Nach Updates suchen …</translation>
+    </message>
+    <message>
+        <source>Donations help improve lumetra — they fund development, testing, and debugging across new Linux and hardware releases.</source>
+        <translation>Spenden helfen, lumetra zu verbessern – sie finanzieren Entwicklung, Tests und Fehlersuche für neue Linux- und Hardware-Versionen.</translation>
+    </message>
+    <message>
+        <source>Support lumetra…</source>
+        <translation>lumetra unterstützen …</translation>
+    </message>
+    <message>
+        <source>Reset Settings…</source>
+        <translation>Einstellungen zurücksetzen …</translation>
+    </message>
+</context>
+<context>
     <name>lumetra::GlanceCard</name>
     <message>
         <source>lumetra</source>
@@ -381,6 +549,145 @@
     <message>
         <source>CPU %1   Memory %2</source>
         <translation>CPU %1   Speicher %2</translation>
+    </message>
+</context>
+<context>
+    <name>lumetra::MenuBarSettingsView</name>
+    <message>
+        <source>52°</source>
+        <translation>52°</translation>
+    </message>
+    <message>
+        <source>52°C</source>
+        <translation>52°C</translation>
+    </message>
+    <message>
+        <source>CPU 52°C</source>
+        <translation>CPU 52°C</translation>
+    </message>
+    <message>
+        <source>Temp 52°C</source>
+        <translation>Temp. 52°C</translation>
+    </message>
+    <message>
+        <source>Metrics</source>
+        <translation>Messwerte</translation>
+    </message>
+    <message>
+        <source>Order</source>
+        <translation>Reihenfolge</translation>
+    </message>
+    <message>
+        <source>Drag to reorder how metrics appear in the menu bar.</source>
+        <translation>Ziehen, um die Reihenfolge der Messwerte in der Menüleiste zu ändern.</translation>
+    </message>
+    <message>
+        <source>Menu Bar Style</source>
+        <translation>Stil der Menüleiste</translation>
+    </message>
+    <message>
+        <source>Separator</source>
+        <translation>Trennzeichen</translation>
+    </message>
+    <message>
+        <source>Format</source>
+        <translation>Format</translation>
+    </message>
+    <message>
+        <source>Memory format</source>
+        <translation>Speicherformat</translation>
+    </message>
+    <message>
+        <source>Temperature format</source>
+        <translation>Temperaturformat</translation>
+    </message>
+    <message>
+        <source>Preview</source>
+        <translation>Vorschau</translation>
+    </message>
+</context>
+<context>
+    <name>lumetra::MonitoringSettingsView</name>
+    <message>
+        <source>Update interval</source>
+        <translation>Aktualisierungsintervall</translation>
+    </message>
+    <message>
+        <source>Update Interval</source>
+        <translation>Aktualisierungsintervall</translation>
+    </message>
+    <message>
+        <source>Temperature interval</source>
+        <translation>Temperaturintervall</translation>
+    </message>
+    <message>
+        <source>Temperature Interval</source>
+        <translation>Temperaturintervall</translation>
+    </message>
+    <message>
+        <source>CPU, memory and network are sampled at the update interval. Temperature uses its own, slightly less frequent interval since reading it is more expensive.</source>
+        <translation>CPU, Speicher und Netzwerk werden im Aktualisierungsintervall gemessen. Die Temperatur hat ein eigenes, etwas selteneres Intervall, weil ihr Auslesen aufwendiger ist.</translation>
+    </message>
+    <message>
+        <source>Network</source>
+        <translation>Netzwerk</translation>
+    </message>
+    <message>
+        <source>Count only physical network interfaces</source>
+        <translation>Nur physische Netzwerkschnittstellen zählen</translation>
+    </message>
+    <message>
+        <source>Leaves out bridges, VPN tunnels and the virtual links of containers and virtual machines, so their traffic is not counted twice.</source>
+        <translation>Lässt Bridges, VPN-Tunnel und die virtuellen Verbindungen von Containern und virtuellen Maschinen aus, damit ihr Datenverkehr nicht doppelt zählt.</translation>
+    </message>
+</context>
+<context>
+    <name>lumetra::SettingsView</name>
+    <message>
+        <source>General</source>
+        <translation>Allgemein</translation>
+    </message>
+    <message>
+        <source>Menu Bar</source>
+        <translation>Menüleiste</translation>
+    </message>
+    <message>
+        <source>Appearance</source>
+        <translation>Darstellung</translation>
+    </message>
+    <message>
+        <source>Monitoring</source>
+        <translation>Messung</translation>
+    </message>
+    <message>
+        <source>Advanced</source>
+        <translation>Erweitert</translation>
+    </message>
+</context>
+<context>
+    <name>lumetra::SupportLumetraView</name>
+    <message>
+        <source>Support lumetra</source>
+        <translation>lumetra unterstützen</translation>
+    </message>
+    <message>
+        <source>lumetra is free and built to stay lightweight. Donations fund development, testing, and debugging across new Linux and Apple Silicon releases.</source>
+        <translation>lumetra ist kostenlos und soll leichtgewichtig bleiben. Spenden finanzieren Entwicklung, Tests und Fehlersuche für neue Linux- und Apple-Silicon-Versionen.</translation>
+    </message>
+    <message>
+        <source>Don&apos;t show again</source>
+        <translation>Nicht mehr zeigen</translation>
+    </message>
+    <message>
+        <source>Not Now</source>
+        <translation>Nicht jetzt</translation>
+    </message>
+</context>
+<context>
+    <name>lumetra::SupportWindowController</name>
+    <message>
+        <source>Support lumetra</source>
+        <translation>lumetra unterstützen</translation>
     </message>
 </context>
 <context>
@@ -416,6 +723,49 @@
     <message>
         <source>Make sure you&apos;re connected to the internet and try again.</source>
         <translation>Prüfen Sie Ihre Internetverbindung und versuchen Sie es erneut.</translation>
+    </message>
+</context>
+<context>
+    <name>lumetra::WelcomeView</name>
+    <message>
+        <source>Welcome to lumetra</source>
+        <translation>Willkommen bei lumetra</translation>
+    </message>
+    <message>
+        <source>A lightweight system monitor that lives in your menu bar.</source>
+        <translation>Ein leichtgewichtiger Systemmonitor, der in Ihrer Menüleiste wohnt.</translation>
+    </message>
+    <message>
+        <source>Get Started</source>
+        <translation>Los geht’s</translation>
+    </message>
+    <message>
+        <source>Choose what to show</source>
+        <translation>Wählen Sie, was angezeigt wird</translation>
+    </message>
+    <message>
+        <source>CPU</source>
+        <translation>CPU</translation>
+    </message>
+    <message>
+        <source>Memory</source>
+        <translation>Speicher</translation>
+    </message>
+    <message>
+        <source>Temperature</source>
+        <translation>Temperatur</translation>
+    </message>
+    <message>
+        <source>Network</source>
+        <translation>Netzwerk</translation>
+    </message>
+    <message>
+        <source>Launch lumetra at login</source>
+        <translation>lumetra bei der Anmeldung starten</translation>
+    </message>
+    <message>
+        <source>Done</source>
+        <translation>Fertig</translation>
     </message>
 </context>
 </TS>

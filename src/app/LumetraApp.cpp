@@ -13,6 +13,9 @@
 #include "updates/MessageBoxUpdateAlerts.h"
 #include "updates/UpdateChecker.h"
 #include "updates/UpdateService.h"
+#include "windows/SettingsView.h"
+#include "windows/SupportWindowController.h"
+#include "windows/WelcomeView.h"
 
 #include <QApplication>
 #include <QTimer>
@@ -132,14 +135,34 @@ void LumetraApp::togglePopover(const QRect& anchor) {
 }
 
 void LumetraApp::showSettings() {
+    if (!settingsWindow_) {
+        settingsWindow_ = std::make_unique<SettingsView>(*appState_);
+        connect(settingsWindow_.get(), &SettingsView::supportRequested, this,
+                &LumetraApp::showSupport);
+    }
+    settingsWindow_->present();
     emit windowRequested(QStringLiteral("settings"));
 }
 
 void LumetraApp::showSupport() {
+    if (!supportWindow_)
+        supportWindow_ = std::make_unique<SupportWindowController>();
+    supportWindow_->show(*appState_);
     emit windowRequested(QStringLiteral("support"));
 }
 
 void LumetraApp::showWelcome() {
+    if (!welcomeWindow_) {
+        // Finishing closes the flow; the window is hidden, not destroyed, while the event
+        // that finished it is still being handled.
+        welcomeWindow_ = std::make_unique<WelcomeView>(*appState_, [this] {
+            appState_->settings().setShowWelcomeScreen(false);
+            welcomeWindow_->close();
+        });
+    }
+    welcomeWindow_->show();
+    welcomeWindow_->raise();
+    welcomeWindow_->activateWindow();
     emit windowRequested(QStringLiteral("welcome"));
 }
 

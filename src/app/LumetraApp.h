@@ -14,9 +14,12 @@ class DesktopAccessibility;
 class LoginItemService;
 class MenuBarPopoverWindowController;
 class SettingsStore;
+class SettingsView;
+class SupportWindowController;
 class UpdateAlertPresenting;
 class UpdateChecker;
 class UserDefaults;
+class WelcomeView;
 
 // The panel application: builds the object graph in start-up order, starts sampling, and
 // owns the windows, routing every request a view makes (show the popover, the settings or
@@ -34,6 +37,11 @@ public:
 
     AppState& appState() const { return *appState_; }
     MenuBarPopoverWindowController& popover() const { return *popover_; }
+
+    // The windows, once shown (made on first request, then reused).
+    SettingsView* settingsWindow() const { return settingsWindow_.get(); }
+    WelcomeView* welcomeWindow() const { return welcomeWindow_.get(); }
+    SupportWindowController* supportWindow() const { return supportWindow_.get(); }
 
     // What start-up did so far, in order; for tests and debug logging.
     const QStringList& startupSteps() const { return steps_; }
@@ -70,6 +78,10 @@ private:
     std::unique_ptr<LoginItemService> loginItem_;
     std::unique_ptr<AppState> appState_;
     std::unique_ptr<MenuBarPopoverWindowController> popover_;
+    // The windows go before the state they show.
+    std::unique_ptr<SettingsView> settingsWindow_;
+    std::unique_ptr<WelcomeView> welcomeWindow_;
+    std::unique_ptr<SupportWindowController> supportWindow_;
 };
 
 } // namespace lumetra

@@ -1,0 +1,111 @@
+#include "windows/MetricOrderModel.h"
+
+#include "settings/SettingsStore.h"
+#include "windows/SymbolIcon.h"
+
+namespace lumetra {
+
+MetricOrderModel::MetricOrderModel(SettingsStore& settings, QObject* parent)
+    : QAbstractListModel(parent), settings_(settings), order_(settings.metricOrder()) {
+    connect(&settings_, &SettingsStore::metricOrderChanged, this, &MetricOrderModel::reload);
+    connect(&settings_, &SettingsStore::enabledMetricsChanged, this, [this] {
+        if (!order_.isEmpty())
+            emit dataChanged(index(0), index(int(order_.size()) - 1));
+    });
+}
+
+QString MetricOrderModel::symbolName(MenuBarMetric metric) {
+    switch (metric) {
+    case MenuBarMetric::cpu:
+        return QStringLiteral("cpu");
+    case MenuBarMetric::memory:
+        return QStringLiteral("memorychip");
+    case MenuBarMetric::temperature:
+        return QStringLiteral("thermometer.medium");
+    case MenuBarMetric::download:
+        return QStringLiteral("arrow.down");
+    case MenuBarMetric::upload:
+        return QStringLiteral("arrow.up");
+    }
+    return {};
+}
+
+void MetricOrderModel::reload() {
+    const QList<MenuBarMetric> order = settings_.metricOrder();
+    if (order == order_)
+        return;
+    beginResetModel();
+    order_ = order;
+    endResetModel();
+}
+
+int MetricOrderModel::rowCount(const QModelIndex& parent) const {
+    return parent.isValid() ? 0 : int(order_.size());
+}
+
+QVariant MetricOrderModel::data(const QModelIndex& index, int role) const {
+    if (!index.isValid() || index.row() >= order_.size())
+        return {};
+    const MenuBarMetric metric = order_.at(index.row());
+    const bool enabled = settings_.enabledMetrics().contains(metric);
+    switch (role) {
+    case Qt::DisplayRole:
+    case Qt::AccessibleTextRole:
+        return displayName(metric);
+    case Qt::DecorationRole:
+        return SymbolIcon::icon(symbolName(metric), enabled ? enabledColor_ : dimmedColor_, 16);
+    case Qt::ForegroundRole:
+        return enabled ? enabledColor_ : dimmedColor_;
+    case MetricRole:
+        return QVariant::fromValue(int(metric));
+    case EnabledRole:
+        return enabled;
+    default:
+        return {};
+    }
+}
+
+Qt::ItemFlags MetricOrderModel::flags(const QModelIndex& index) const {
+    const Qt::ItemFlags base = QAbstractListModel::flags(index);
+    // Rows are dragged; the gaps between them take drops.
+    return index.isValid() ? (base | Qt::ItemIsDragEnabled) & ~Qt::ItemIsDropEnabled
+                           : base | Qt::ItemIsDropEnabled;
+}
+
+Qt::DropActions MetricOrderModel::supportedDropActions() const {
+    return Qt::MoveAction;
+}
+
+bool MetricOrderModel::moveRows(const QModelIndex& sourceParent, int sourceRow, int count,
+                                const QModelIndex& destinationParent, int destinationChild) {
+    const int rows = int(order_.size());
+    if (sourceParent.isValid() || destinationParent.isValid() || count <= 0 || sourceRow < 0 ||
+        sourceRow + count > rows || destinationChild < 0 || destinationChild > rows)
+        return false;
+    // Dropping a block onto itself or just behind itself changes nothing.
+    if (destinationChild >= sourceRow && destinationChild <= sourceRow + count)
+        return false;
+    if (!beginMoveRows({}, sourceRow, sourceRow + count - 1, {}, destinationChild))
+        return false;
+    QList<MenuBarMetric> moved = order_.mid(sourceRow, count);
+    QList<MenuBarMetric> order = order_;
+    order.remove(sourceRow, count);
+    const int insertAt = destinationChild > sourceRow ? destinationChild - count : destinationChild;
+    for (int i = 0; i < count; ++i)
+        order.insert(insertAt + i, moved.at(i));
+    order_ = order;
+    endMoveRows();
+    settings_.setMetricOrder(order_);
+    return true;
+}
+
+void MetricOrderModel::setColors(const QColor& enabled, const QColor& dimmed) {
+    if (enabled == enabledColor_ && dimmed == dimmedColor_)
+        return;
+    enabledColor_ = enabled;
+    dimmedColor_ = dimmed;
+    if (!order_.isEmpty())
+        emit dataChanged(index(0), index(int(order_.size()) - 1));
+}
+
+} // namespace lumetra

@@ -1,0 +1,172 @@
+#include "windows/WelcomeView.h"
+
+#include "core/AppState.h"
+#include "settings/SettingsStore.h"
+#include "windows/FormGroup.h"
+#include "windows/ProminentButton.h"
+#include "windows/SecondaryLabel.h"
+#include "windows/SymbolIcon.h"
+#include "windows/WindowTheme.h"
+
+#include <QCheckBox>
+#include <QKeyEvent>
+#include <QLabel>
+#include <QPushButton>
+#include <QStackedWidget>
+#include <QVBoxLayout>
+
+namespace lumetra {
+
+namespace {
+
+QPushButton* primaryButton(const QString& text, QWidget* parent) {
+    auto* button = new ProminentButton(text, {}, parent);
+    button->setDefault(true);
+    button->setMinimumWidth(160);
+    return button;
+}
+
+} // namespace
+
+WelcomeView::WelcomeView(AppState& appState, std::function<void()> onFinish, QWidget* parent)
+    : QWidget(parent), appState_(appState), onFinish_(std::move(onFinish)),
+      pages_(new QStackedWidget(this)) {
+    setObjectName(QStringLiteral("WelcomeView"));
+    setWindowTitle(tr("Welcome to lumetra"));
+    auto* layout = new QVBoxLayout(this);
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->addWidget(pages_);
+    pages_->addWidget(buildWelcomePage());
+    pages_->addWidget(buildConfigurePage());
+    setFixedSize(420, 400);
+    new WindowTheme(this, appState.settings());
+    setStep(Step::welcome);
+}
+
+QWidget* WelcomeView::buildWelcomePage() {
+    auto* page = new QWidget;
+    auto* layout = new QVBoxLayout(page);
+    layout->setContentsMargins(36, 40, 36, 32);
+    layout->setSpacing(10);
+    layout->addStretch(1);
+    auto* symbol = new QLabel(page);
+    symbol->setPixmap(SymbolIcon::pixmap(u"gauge.with.dots.needle.50percent",
+                                         WindowTheme::palette(false).color(QPalette::Highlight), 64,
+                                         devicePixelRatioF()));
+    symbol->setAlignment(Qt::AlignCenter);
+    layout->addWidget(symbol);
+    layout->addSpacing(6);
+    auto* title = new QLabel(tr("Welcome to lumetra"), page);
+    QFont titleFont = title->font();
+    titleFont.setPixelSize(24);
+    titleFont.setWeight(QFont::Bold);
+    title->setFont(titleFont);
+    title->setAlignment(Qt::AlignCenter);
+    layout->addWidget(title);
+    auto* subtitle =
+        new SecondaryLabel(tr("A lightweight system monitor that lives in your menu bar."), page);
+    subtitle->setAlignment(Qt::AlignCenter);
+    layout->addWidget(subtitle);
+    layout->addStretch(1);
+    getStarted_ = primaryButton(tr("Get Started"), page);
+    getStarted_->setObjectName(QStringLiteral("getStarted"));
+    connect(getStarted_, &QPushButton::clicked, this, [this] { setStep(Step::configure); });
+    layout->addWidget(getStarted_, 0, Qt::AlignHCenter);
+    return page;
+}
+
+QWidget* WelcomeView::buildConfigurePage() {
+    const SettingsStore& settings = appState_.settings();
+    const MenuBarMetricSet enabled = settings.enabledMetrics();
+
+    auto* page = new QWidget;
+    auto* layout = new QVBoxLayout(page);
+    layout->setContentsMargins(36, 32, 36, 32);
+    layout->setSpacing(12);
+    auto* title = new QLabel(tr("Choose what to show"), page);
+    QFont titleFont = title->font();
+    titleFont.setPixelSize(19);
+    titleFont.setWeight(QFont::DemiBold);
+    title->setFont(titleFont);
+    title->setAlignment(Qt::AlignCenter);
+    layout->addWidget(title);
+    layout->addSpacing(4);
+
+    // The boxes start from what the menu bar shows now, so going through the flow again
+    // changes nothing unless the user does.
+    auto* metrics = new FormGroup(page);
+    auto box = [&](const QString& text, const QString& name, bool on) {
+        auto* check = new QCheckBox(text);
+        check->setObjectName(name);
+        check->setChecked(on);
+        metrics->addWidget(check);
+        return check;
+    };
+    showCPU_ = box(tr("CPU"), QStringLiteral("showCPU"), enabled.contains(MenuBarMetric::cpu));
+    showMemory_ =
+        box(tr("Memory"), QStringLiteral("showMemory"), enabled.contains(MenuBarMetric::memory));
+    showTemperature_ = box(tr("Temperature"), QStringLiteral("showTemperature"),
+                           enabled.contains(MenuBarMetric::temperature));
+    showNetwork_ =
+        box(tr("Network"), QStringLiteral("showNetwork"),
+            enabled.contains(MenuBarMetric::download) || enabled.contains(MenuBarMetric::upload));
+    layout->addWidget(metrics);
+
+    auto* login = new FormGroup(page);
+    launchAtLogin_ = new QCheckBox(tr("Launch lumetra at login"));
+    launchAtLogin_->setObjectName(QStringLiteral("launchAtLogin"));
+    launchAtLogin_->setChecked(settings.launchAtLogin());
+    login->addWidget(launchAtLogin_);
+    layout->addWidget(login);
+    layout->addStretch(1);
+
+    done_ = primaryButton(tr("Done"), page);
+    done_->setObjectName(QStringLiteral("done"));
+    connect(done_, &QPushButton::clicked, this, &WelcomeView::finish);
+    layout->addWidget(done_, 0, Qt::AlignHCenter);
+    return page;
+}
+
+void WelcomeView::setStep(Step step) {
+    step_ = step;
+    pages_->setCurrentIndex(step == Step::welcome ? 0 : 1);
+    if (step == Step::welcome)
+        getStarted_->setFocus();
+    else
+        showCPU_->setFocus();
+}
+
+void WelcomeView::finish() {
+    SettingsStore& settings = appState_.settings();
+    MenuBarMetricSet metrics;
+    if (showCPU_->isChecked())
+        metrics.insert(MenuBarMetric::cpu);
+    if (showMemory_->isChecked())
+        metrics.insert(MenuBarMetric::memory);
+    if (showTemperature_->isChecked())
+        metrics.insert(MenuBarMetric::temperature);
+    // One box for the network: both directions go together.
+    if (showNetwork_->isChecked()) {
+        metrics.insert(MenuBarMetric::download);
+        metrics.insert(MenuBarMetric::upload);
+    }
+    // An equal set is still written but notifies nobody.
+    settings.setEnabledMetrics(metrics);
+    const bool login = launchAtLogin_->isChecked();
+    settings.setLaunchAtLogin(login);
+    appState_.applyLoginItem(login);
+    settings.setHasCompletedOnboarding(true);
+    if (onFinish_)
+        onFinish_();
+}
+
+void WelcomeView::keyPressEvent(QKeyEvent* event) {
+    // Enter presses the page's button wherever the focus is.
+    if (event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter) {
+        (step_ == Step::welcome ? getStarted_ : done_)->animateClick();
+        return;
+    }
+    QWidget::keyPressEvent(event);
+}
+
+} // namespace lumetra

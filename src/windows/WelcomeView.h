@@ -1,0 +1,60 @@
+#pragma once
+
+#include <QWidget>
+
+#include <functional>
+
+class QCheckBox;
+class QPushButton;
+class QStackedWidget;
+
+namespace lumetra {
+
+class AppState;
+
+// The first-run flow: a greeting, then which metrics the menu bar shows and whether lumetra
+// starts at login. Finishing writes the choices, brings the login item in line, marks the
+// onboarding as completed and calls `onFinish`.
+class WelcomeView : public QWidget {
+    Q_OBJECT
+
+public:
+    enum class Step { welcome, configure };
+
+    WelcomeView(AppState& appState, std::function<void()> onFinish, QWidget* parent = nullptr);
+
+    Step step() const { return step_; }
+    void setStep(Step step);
+
+    QPushButton& getStartedButton() const { return *getStarted_; }
+    QPushButton& doneButton() const { return *done_; }
+    QCheckBox& showCPU() const { return *showCPU_; }
+    QCheckBox& showMemory() const { return *showMemory_; }
+    QCheckBox& showTemperature() const { return *showTemperature_; }
+    QCheckBox& showNetwork() const { return *showNetwork_; }
+    QCheckBox& launchAtLogin() const { return *launchAtLogin_; }
+
+    // What "Done" does.
+    void finish();
+
+protected:
+    void keyPressEvent(QKeyEvent* event) override;
+
+private:
+    QWidget* buildWelcomePage();
+    QWidget* buildConfigurePage();
+
+    AppState& appState_;
+    std::function<void()> onFinish_;
+    Step step_ = Step::welcome;
+    QStackedWidget* pages_;
+    QPushButton* getStarted_ = nullptr;
+    QPushButton* done_ = nullptr;
+    QCheckBox* showCPU_ = nullptr;
+    QCheckBox* showMemory_ = nullptr;
+    QCheckBox* showTemperature_ = nullptr;
+    QCheckBox* showNetwork_ = nullptr;
+    QCheckBox* launchAtLogin_ = nullptr;
+};
+
+} // namespace lumetra

@@ -1,0 +1,122 @@
+#include "windows/WindowTheme.h"
+
+#include "settings/SettingsStore.h"
+
+#include <QApplication>
+#include <QEvent>
+#include <QStyleHints>
+#include <QWidget>
+
+namespace lumetra {
+
+namespace {
+
+bool desktopIsDark() {
+    // Qt 6.4 has no colour-scheme hint; the desktop's window colour tells light from dark.
+    return QApplication::palette().color(QPalette::Window).lightnessF() < 0.5;
+}
+
+} // namespace
+
+WindowTheme::WindowTheme(QWidget* window, SettingsStore& settings)
+    : QObject(window), window_(window), settings_(settings) {
+    window->installEventFilter(this);
+    connect(&settings_, &SettingsStore::themePreferenceChanged, this, &WindowTheme::apply);
+    apply();
+}
+
+bool WindowTheme::prefersDark(ThemePreference preference) {
+    switch (preference) {
+    case ThemePreference::light:
+        return false;
+    case ThemePreference::dark:
+        return true;
+    case ThemePreference::system:
+        break;
+    }
+    return desktopIsDark();
+}
+
+QPalette WindowTheme::palette(bool dark) {
+    QPalette p;
+    const QColor window = dark ? QColor(0x24, 0x24, 0x26) : QColor(0xEC, 0xEC, 0xEE);
+    const QColor base = dark ? QColor(0x2E, 0x2E, 0x31) : QColor(0xFF, 0xFF, 0xFF);
+    const QColor text = dark ? QColor(0xF2, 0xF2, 0xF7) : QColor(0x1C, 0x1C, 0x1E);
+    const QColor button = dark ? QColor(0x3A, 0x3A, 0x3D) : QColor(0xFA, 0xFA, 0xFB);
+    const QColor accent = dark ? QColor(0x0A, 0x84, 0xFF) : QColor(0x00, 0x7A, 0xFF);
+    p.setColor(QPalette::Window, window);
+    p.setColor(QPalette::WindowText, text);
+    p.setColor(QPalette::Base, base);
+    p.setColor(QPalette::AlternateBase, dark ? QColor(0x33, 0x33, 0x36) : QColor(0xF5, 0xF5, 0xF7));
+    p.setColor(QPalette::Text, text);
+    p.setColor(QPalette::Button, button);
+    p.setColor(QPalette::ButtonText, text);
+    p.setColor(QPalette::BrightText, Qt::white);
+    p.setColor(QPalette::Highlight, accent);
+    p.setColor(QPalette::HighlightedText, Qt::white);
+    p.setColor(QPalette::Link, accent);
+    p.setColor(QPalette::ToolTipBase, base);
+    p.setColor(QPalette::ToolTipText, text);
+    p.setColor(QPalette::Light, dark ? QColor(0x4A, 0x4A, 0x4E) : Qt::white);
+    p.setColor(QPalette::Midlight, dark ? QColor(0x3F, 0x3F, 0x43) : QColor(0xE4, 0xE4, 0xE7));
+    p.setColor(QPalette::Mid, dark ? QColor(0x55, 0x55, 0x5A) : QColor(0xC7, 0xC7, 0xCC));
+    p.setColor(QPalette::Dark, dark ? QColor(0x16, 0x16, 0x18) : QColor(0xA0, 0xA0, 0xA5));
+    p.setColor(QPalette::Shadow, QColor(0, 0, 0, dark ? 160 : 90));
+    QColor placeholder = text;
+    placeholder.setAlphaF(0.35F);
+    p.setColor(QPalette::PlaceholderText, placeholder);
+    for (QPalette::ColorRole role : {QPalette::WindowText, QPalette::Text, QPalette::ButtonText}) {
+        QColor disabled = text;
+        disabled.setAlphaF(0.35F);
+        p.setColor(QPalette::Disabled, role, disabled);
+    }
+    return p;
+}
+
+QColor WindowTheme::secondaryText(const QPalette& palette) {
+    QColor color = palette.color(QPalette::Active, QPalette::WindowText);
+    color.setAlphaF(0.62F);
+    return color;
+}
+
+QColor WindowTheme::tertiaryText(const QPalette& palette) {
+    QColor color = palette.color(QPalette::Active, QPalette::WindowText);
+    color.setAlphaF(0.32F);
+    return color;
+}
+
+QColor WindowTheme::groupFill(const QPalette& palette) {
+    const bool dark = palette.color(QPalette::Window).lightnessF() < 0.5;
+    return dark ? QColor(0x2E, 0x2E, 0x31) : QColor(0xF9, 0xF9, 0xFA);
+}
+
+QColor WindowTheme::groupBorder(const QPalette& palette) {
+    const bool dark = palette.color(QPalette::Window).lightnessF() < 0.5;
+    return dark ? QColor(255, 255, 255, 22) : QColor(0, 0, 0, 26);
+}
+
+QColor WindowTheme::destructive(const QPalette& palette) {
+    const bool dark = palette.color(QPalette::Window).lightnessF() < 0.5;
+    return dark ? QColor(0xFF, 0x45, 0x3A) : QColor(0xE0, 0x2A, 0x20);
+}
+
+void WindowTheme::apply() {
+    if (!window_)
+        return;
+    const bool dark = prefersDark(settings_.themePreference());
+    window_->setPalette(palette(dark));
+    if (dark != dark_) {
+        dark_ = dark;
+        emit darkChanged(dark_);
+    }
+}
+
+bool WindowTheme::eventFilter(QObject* watched, QEvent* event) {
+    // The desktop switched between light and dark: follow it when the theme is the system's.
+    if (watched == window_ && event->type() == QEvent::ApplicationPaletteChange &&
+        settings_.themePreference() == ThemePreference::system)
+        apply();
+    return QObject::eventFilter(watched, event);
+}
+
+} // namespace lumetra

@@ -1,0 +1,88 @@
+#include "windows/MachineInfo.h"
+
+#include "support/Cases.h"
+
+#include <QDir>
+#include <QFile>
+#include <QTemporaryDir>
+
+#include <gtest/gtest.h>
+
+using namespace lumetra;
+
+namespace {
+
+struct MachineCase {
+    std::string name;
+    QByteArray productName; // empty: no DMI table
+    QByteArray deviceTreeModel;
+    QByteArray compatible;
+    QString machine;
+    QString model;
+    bool appleSilicon;
+};
+
+class MachineInfoTest : public ::testing::TestWithParam<MachineCase> {};
+
+void put(const QString& path, const QByteArray& bytes) {
+    if (bytes.isEmpty())
+        return;
+    QDir().mkpath(QFileInfo(path).path());
+    QFile file(path);
+    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+    file.write(bytes);
+}
+
+TEST_P(MachineInfoTest, ReadsTheModelAndTellsAppleSilicon) {
+    const MachineCase& c = GetParam();
+    QTemporaryDir root;
+    put(root.path() + "/sys/devices/virtual/dmi/id/product_name", c.productName);
+    put(root.path() + "/proc/device-tree/model", c.deviceTreeModel);
+    put(root.path() + "/proc/device-tree/compatible", c.compatible);
+    const MachineInfo info = MachineInfo::read(root.path(), c.machine);
+    EXPECT_EQ(info.hardwareModel, c.model);
+    EXPECT_EQ(info.appleSilicon, c.appleSilicon);
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Machines, MachineInfoTest,
+    ::testing::Values(MachineCase{"pcWithDmi",
+                                  "ThinkPad X1 Carbon Gen 9\n",
+                                  {},
+                                  {},
+                                  "x86_64",
+                                  "ThinkPad X1 Carbon Gen 9",
+                                  false},
+                      MachineCase{"appleM1",
+                                  {},
+                                  QByteArray("Apple MacBook Air (M1, 2020)\0", 29),
+                                  QByteArray("apple,j313\0apple,t8103\0apple,arm-platform\0", 42),
+                                  "aarch64",
+                                  "Apple MacBook Air (M1, 2020)",
+                                  true},
+                      MachineCase{"raspberryPi",
+                                  {},
+                                  QByteArray("Raspberry Pi 4 Model B Rev 1.4\0", 31),
+                                  QByteArray("raspberrypi,4-model-b\0brcm,bcm2711\0", 35),
+                                  "aarch64",
+                                  "Raspberry Pi 4 Model B Rev 1.4",
+                                  false},
+                      // An x86 machine never counts, whatever a stray device tree says.
+                      MachineCase{"x86WithAppleTree",
+                                  "Mac mini\n",
+                                  {},
+                                  QByteArray("apple,j274\0", 11),
+                                  "x86_64",
+                                  "Mac mini",
+                                  false},
+                      MachineCase{"oemPlaceholderFallsBack",
+                                  "To Be Filled By O.E.M.\n",
+                                  QByteArray("Board X\0", 8),
+                                  {},
+                                  "x86_64",
+                                  "Board X",
+                                  false},
+                      MachineCase{"nothing", {}, {}, {}, "x86_64", "", false}),
+    lumetra::testing::byName);
+
+} // namespace

@@ -1,0 +1,412 @@
+#include "windows/SettingsView.h"
+#include "appearance/GlassBackground.h"
+#include "menubar/MenuBarLabelView.h"
+#include "support/Cases.h"
+#include "windows/AdvancedSettingsView.h"
+#include "windows/BackgroundPreview.h"
+#include "windows/MetricOrderModel.h"
+#include "windows/SegmentedPicker.h"
+#include "windows/WindowsTestSupport.h"
+
+#include <QComboBox>
+#include <QLabel>
+#include <QListView>
+#include <QRadioButton>
+#include <QSignalSpy>
+#include <QSlider>
+#include <QTest>
+#include <QToolButton>
+
+using namespace lumetra;
+using namespace lumetra::testing;
+using M = MenuBarMetric;
+
+namespace {
+
+const QStringList kMetricOrderDefault{"cpu", "memory", "temperature", "download", "upload"};
+
+QStringList rawList(const QList<M>& metrics) {
+    QStringList raw;
+    for (M metric : metrics)
+        raw << QString::fromLatin1(rawValue(metric).data(), qsizetype(rawValue(metric).size()));
+    return raw;
+}
+
+class SettingsViewTest : public ::testing::Test {
+protected:
+    WindowsHarness h;
+    SettingsView view{*h.state};
+};
+
+TEST_F(SettingsViewTest, IsFourHundredSixtyWideWithTheFiveTabsInOrder) {
+    view.present();
+    EXPECT_EQ(view.width(), 460);
+    EXPECT_EQ(view.minimumWidth(), 460);
+    EXPECT_EQ(view.maximumWidth(), 460);
+    QStringList titles;
+    for (int i = 0; i < view.count(); ++i)
+        titles << view.tabTitle(i);
+    EXPECT_EQ(titles, (QStringList{"General", "Menu Bar", "Appearance", "Monitoring", "Advanced"}));
+    // Clicking a tab's button shows it and names the window after it.
+    QTest::mouseClick(view.tabButton(3), Qt::LeftButton);
+    EXPECT_EQ(view.currentIndex(), 3);
+    EXPECT_EQ(view.windowTitle(), "Monitoring");
+}
+
+// Every switch writes its setting to the store and the file, and follows the store back.
+struct ToggleCase {
+    std::string name;
+    QString control;
+    QString key;
+    std::function<bool(const SettingsStore&)> read;
+};
+
+class SettingsToggleTest : public SettingsViewTest,
+                           public ::testing::WithParamInterface<ToggleCase> {};
+
+TEST_P(SettingsToggleTest, ClickWritesStoreAndFileAndStoreMovesTheSwitch) {
+    const ToggleCase& c = GetParam();
+    auto* toggle = child<QAbstractButton>(view, c.control);
+    ASSERT_NE(toggle, nullptr);
+    const bool before = c.read(*h.settings);
+    EXPECT_EQ(toggle->isChecked(), before);
+    toggle->click();
+    EXPECT_EQ(c.read(*h.settings), !before);
+    EXPECT_EQ(h.stored(c.key).toBool(), !before);
+    EXPECT_EQ(toggle->isChecked(), !before);
+    toggle->click();
+    EXPECT_EQ(c.read(*h.settings), before);
+    EXPECT_EQ(h.stored(c.key).toBool(), before);
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Switches, SettingsToggleTest,
+    ::testing::Values(
+        ToggleCase{"launchAtLogin", "launchAtLogin", "launchAtLogin",
+                   [](const SettingsStore& s) { return s.launchAtLogin(); }},
+        ToggleCase{"showWelcomeScreen", "showWelcomeScreen", "showWelcomeScreen",
+                   [](const SettingsStore& s) { return s.showWelcomeScreen(); }},
+        ToggleCase{"automaticallyCheckForUpdates", "automaticallyCheckForUpdates",
+                   "automaticallyCheckForUpdates",
+                   [](const SettingsStore& s) { return s.automaticallyCheckForUpdates(); }},
+        ToggleCase{"networkPhysicalOnly", "networkPhysicalOnly", "networkPhysicalOnly",
+                   [](const SettingsStore& s) { return s.networkPhysicalOnly(); }}),
+    byName);
+
+TEST_F(SettingsViewTest, LaunchAtLoginSwitchRegistersAndRemovesTheLoginItem) {
+    auto* toggle = child<QAbstractButton>(view, "launchAtLogin");
+    toggle->click();
+    EXPECT_TRUE(h.loginItem.enabled);
+    toggle->click();
+    EXPECT_FALSE(h.loginItem.enabled);
+    EXPECT_EQ(h.loginItem.calls, (QStringList{"register", "unregister"}));
+}
+
+TEST_F(SettingsViewTest, MetricSwitchesAddAndRemoveMetricsAndDimTheirRows) {
+    const MetricOrderModel* model = view.findChild<MetricOrderModel*>();
+    ASSERT_NE(model, nullptr);
+    struct Case {
+        M metric;
+        QString control;
+        int row;
+    };
+    for (const Case& c :
+         {Case{M::cpu, "metric.cpu", 0}, Case{M::temperature, "metric.temperature", 2},
+          Case{M::upload, "metric.upload", 4}}) {
+        auto* toggle = child<QAbstractButton>(view, c.control);
+        const bool before = h.settings->enabledMetrics().contains(c.metric);
+        toggle->click();
+        EXPECT_EQ(h.settings->enabledMetrics().contains(c.metric), !before)
+            << c.control.toStdString();
+        const QStringList stored = h.stored("enabledMetrics").toStringList();
+        EXPECT_EQ(stored.contains(rawList({c.metric}).first()), !before);
+        EXPECT_EQ(model->index(c.row).data(MetricOrderModel::EnabledRole).toBool(), !before);
+    }
+}
+
+TEST_F(SettingsViewTest, AllMetricsOffLeavesTheOrderFullButDimmedAndThePreviewSaysLumetra) {
+    for (const char* name : {"metric.cpu", "metric.memory", "metric.temperature"})
+        child<QAbstractButton>(view, name)->click();
+    settle();
+    EXPECT_TRUE(h.settings->enabledMetrics().isEmpty());
+    EXPECT_EQ(h.stored("enabledMetrics").toStringList(), QStringList());
+    const MetricOrderModel* model = view.findChild<MetricOrderModel*>();
+    ASSERT_EQ(model->rowCount(), 5);
+    for (int row = 0; row < 5; ++row)
+        EXPECT_FALSE(model->index(row).data(MetricOrderModel::EnabledRole).toBool()) << row;
+    EXPECT_NE(model->index(0).data(Qt::ForegroundRole).value<QColor>(),
+              view.palette().color(QPalette::WindowText));
+    auto* preview = child<MenuBarLabelView>(view, "labelPreview");
+    EXPECT_EQ(preview->text(), "lumetra");
+}
+
+// Moving rows in the Order list (what a drag does) moves the metric in `metricOrder` only.
+struct MoveCase {
+    std::string name;
+    int from;
+    int to; // the row the block goes in front of, as the list view's drop passes it
+    QStringList order;
+};
+
+class OrderMoveTest : public SettingsViewTest, public ::testing::WithParamInterface<MoveCase> {};
+
+TEST_P(OrderMoveTest, MovesTheMetricInTheOrderAndSavesIt) {
+    const MoveCase& c = GetParam();
+    auto* list = child<QListView>(view, "metricOrderList");
+    QSignalSpy enabledChanged(h.settings.get(), &SettingsStore::enabledMetricsChanged);
+    const MenuBarMetricSet enabled = h.settings->enabledMetrics();
+    const bool moved = list->model()->moveRows({}, c.from, 1, {}, c.to);
+    EXPECT_EQ(moved, c.order != kMetricOrderDefault);
+    EXPECT_EQ(rawList(h.settings->metricOrder()), c.order);
+    if (moved) {
+        EXPECT_EQ(h.stored("metricOrder").toStringList(), c.order);
+    }
+    EXPECT_EQ(h.settings->enabledMetrics(), enabled);
+    EXPECT_EQ(enabledChanged.count(), 0);
+    // The list shows the new order at once.
+    QList<M> shown;
+    for (int row = 0; row < list->model()->rowCount(); ++row)
+        shown << M(list->model()->index(row, 0).data(MetricOrderModel::MetricRole).toInt());
+    EXPECT_EQ(rawList(shown), c.order);
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Drags, OrderMoveTest,
+    ::testing::Values(
+        MoveCase{"firstToEnd", 0, 5, {"memory", "temperature", "download", "upload", "cpu"}},
+        MoveCase{"lastToFront", 4, 0, {"upload", "cpu", "memory", "temperature", "download"}},
+        MoveCase{"downOne", 1, 3, {"cpu", "temperature", "memory", "download", "upload"}},
+        MoveCase{"ontoItself", 2, 2, kMetricOrderDefault},
+        MoveCase{"justBehindItself", 2, 3, kMetricOrderDefault}),
+    byName);
+
+TEST_F(SettingsViewTest, TogglesAndListFollowAStoredOrderThatLacksAMetric) {
+    h.settings->setMetricOrder({M::upload, M::cpu});
+    settle();
+    EXPECT_EQ(view.findChild<MetricOrderModel*>()->rowCount(), 2);
+    EXPECT_EQ(view.findChild<QAbstractButton*>("metric.memory"), nullptr);
+    EXPECT_NE(view.findChild<QAbstractButton*>("metric.upload"), nullptr);
+}
+
+// Every pop-up and segmented picker writes its raw value to the store and the file.
+struct PickerCase {
+    std::string name;
+    QString control;
+    QString key;
+    int index;
+    QVariant stored;
+};
+
+class SettingsPickerTest : public SettingsViewTest,
+                           public ::testing::WithParamInterface<PickerCase> {};
+
+TEST_P(SettingsPickerTest, ChoiceIsStoredAndSaved) {
+    const PickerCase& c = GetParam();
+    if (auto* combo = view.findChild<QComboBox*>(c.control)) {
+        combo->setCurrentIndex(c.index);
+        emit combo->activated(c.index);
+    } else {
+        auto* picker = child<SegmentedPicker>(view, c.control);
+        ASSERT_NE(picker, nullptr);
+        QTest::mouseClick(picker->segment(c.index), Qt::LeftButton);
+    }
+    settle();
+    if (c.key == "customConfiguration") {
+        const auto configuration = AppearanceConfiguration::fromJson(h.stored(c.key).toByteArray());
+        ASSERT_TRUE(configuration.has_value());
+        EXPECT_EQ(rawValue(configuration->material), c.stored.toString().toStdString());
+    } else {
+        EXPECT_EQ(h.stored(c.key), c.stored);
+    }
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Pickers, SettingsPickerTest,
+    ::testing::Values(
+        PickerCase{"style", "menuBarDisplayStyle", "menuBarDisplayStyle", 2, "compactGraph"},
+        PickerCase{"separator", "separator", "separator", 2, "verticalBar"},
+        PickerCase{"memory", "memoryFormat", "memoryFormat", 3, "both"},
+        PickerCase{"temperature", "temperatureFormat", "temperatureFormat", 2, "labeledCPU"},
+        PickerCase{"cards", "metricCardStyle", "metricCardStyle", 2, "compactRow"},
+        PickerCase{"material", "material", "customConfiguration", 2, "hud"},
+        PickerCase{"theme", "themePreference", "themePreference", 2, "dark"},
+        PickerCase{"update", "updateInterval", "updateInterval", 0, 0.5},
+        PickerCase{"temperatureInterval", "temperatureInterval", "temperatureInterval", 3, 10.0}),
+    byName);
+
+TEST_F(SettingsViewTest, PickerLabelsAreTheDisplayNamesAndTheTemperatureSamples) {
+    auto items = [&](const QString& name) {
+        QStringList texts;
+        auto* combo = child<QComboBox>(view, name);
+        for (int i = 0; i < combo->count(); ++i)
+            texts << combo->itemText(i);
+        return texts;
+    };
+    EXPECT_EQ(items("temperatureFormat"), (QStringList{"52°", "52°C", "CPU 52°C", "Temp 52°C"}));
+    EXPECT_EQ(items("separator"), (QStringList{"Space", "Dot", "Vertical Bar", "Bullet"}));
+    EXPECT_EQ(items("metricCardStyle"),
+              (QStringList{"Classic", "Ring", "Compact Rows", "Sparkline Area", "Grid"}));
+    auto* update = child<SegmentedPicker>(view, "updateInterval");
+    QStringList segments;
+    for (int i = 0; i < update->count(); ++i)
+        segments << update->label(i);
+    EXPECT_EQ(segments, (QStringList{"0.5 s", "1 s", "2 s", "5 s"}));
+}
+
+TEST_F(SettingsViewTest, IntervalPickersReachTheRunningMonitor) {
+    QTest::mouseClick(child<SegmentedPicker>(view, "updateInterval")->segment(3), Qt::LeftButton);
+    EXPECT_EQ(h.settings->updateInterval(), UpdateInterval::five);
+    EXPECT_EQ(h.state->updateInterval(), UpdateInterval::five);
+    // The store moving (a hand edit of the file, a reset) moves the picker.
+    h.settings->setTemperatureInterval(TemperatureInterval::five);
+    EXPECT_EQ(child<SegmentedPicker>(view, "temperatureInterval")->currentIndex(), 2);
+}
+
+TEST_F(SettingsViewTest, ChoosingTheSameValueAgainWritesButNotifiesNobody) {
+    auto* combo = child<QComboBox>(view, "separator");
+    QSignalSpy changed(h.settings.get(), &SettingsStore::separatorChanged);
+    h.folder.write(R"({"hasCompletedOnboarding": true})");
+    emit combo->activated(0);
+    EXPECT_EQ(changed.count(), 0);
+    EXPECT_EQ(h.stored("separator"), "space");
+}
+
+TEST_F(SettingsViewTest, AppearanceModesAndTheCustomControls) {
+    auto* custom = child<QRadioButton>(view, "mode.custom");
+    auto* opacity = child<QSlider>(view, "backgroundOpacity");
+    EXPECT_TRUE(child<QRadioButton>(view, "mode.glass")->isChecked());
+    view.setCurrentIndex(2);
+    view.present();
+    EXPECT_FALSE(opacity->isVisible());
+    custom->click();
+    EXPECT_EQ(h.settings->appearanceMode(), AppearanceMode::custom);
+    EXPECT_EQ(h.stored("appearanceMode"), "custom");
+    EXPECT_TRUE(opacity->isVisible());
+
+    struct Case {
+        QString slider;
+        int value;
+        double AppearanceConfiguration::*field;
+        double expected;
+    };
+    for (const Case& c :
+         {Case{"backgroundOpacity", 50, &AppearanceConfiguration::backgroundOpacity, 0.5},
+          Case{"overlayOpacity", 75, &AppearanceConfiguration::overlayOpacity, 0.75},
+          Case{"blurIntensity", 20, &AppearanceConfiguration::blurIntensity, 20}}) {
+        child<QSlider>(view, c.slider)->setValue(c.value);
+        EXPECT_DOUBLE_EQ(h.settings->customConfiguration().*c.field, c.expected)
+            << c.slider.toStdString();
+        const auto saved =
+            AppearanceConfiguration::fromJson(h.stored("customConfiguration").toByteArray());
+        ASSERT_TRUE(saved.has_value());
+        EXPECT_DOUBLE_EQ((*saved).*c.field, c.expected);
+    }
+    child<QAbstractButton>(view, "vibrancyEnabled")->click();
+    EXPECT_FALSE(h.settings->customConfiguration().vibrancyEnabled);
+    // The preview draws what the mode resolves to.
+    settle();
+    EXPECT_EQ(view.findChild<BackgroundPreview*>()->glass().configuration(),
+              h.state->effectiveAppearance());
+    EXPECT_DOUBLE_EQ(h.state->effectiveAppearance().backgroundOpacity, 0.5);
+}
+
+TEST_F(SettingsViewTest, ResetActsAtOnceAndEveryControlJumpsBack) {
+    h.settings->setLaunchCount(7);
+    child<QAbstractButton>(view, "showWelcomeScreen")->click();
+    child<QAbstractButton>(view, "metric.download")->click();
+    QTest::mouseClick(child<SegmentedPicker>(view, "updateInterval")->segment(3), Qt::LeftButton);
+    emit child<QComboBox>(view, "separator")->activated(3);
+    child<QComboBox>(view, "separator")->setCurrentIndex(3);
+    child<QRadioButton>(view, "mode.solid")->click();
+    h.settings->setMetricOrder({M::upload, M::cpu});
+    settle();
+
+    child<QAbstractButton>(view, "resetSettings")->click();
+    settle();
+    EXPECT_TRUE(h.settings->showWelcomeScreen());
+    EXPECT_TRUE(child<QAbstractButton>(view, "showWelcomeScreen")->isChecked());
+    EXPECT_FALSE(child<QAbstractButton>(view, "metric.download")->isChecked());
+    EXPECT_EQ(child<SegmentedPicker>(view, "updateInterval")->currentIndex(), 1);
+    EXPECT_EQ(child<QComboBox>(view, "separator")->currentIndex(), 0);
+    EXPECT_TRUE(child<QRadioButton>(view, "mode.glass")->isChecked());
+    EXPECT_EQ(view.findChild<MetricOrderModel*>()->rowCount(), 5);
+    EXPECT_EQ(h.stored("separator"), "space");
+    EXPECT_EQ(h.stored("updateInterval"), 1.0);
+    EXPECT_EQ(h.stored("metricOrder").toStringList(), kMetricOrderDefault);
+    EXPECT_EQ(h.stored("launchCount"), 7);
+}
+
+TEST_F(SettingsViewTest, CheckForUpdatesAsksTheUpdateService) {
+    child<QAbstractButton>(view, "checkForUpdates")->click();
+    settle();
+    EXPECT_EQ(h.updates.fetches, 1);
+}
+
+TEST_F(SettingsViewTest, SupportButtonAsksForTheSupportWindow) {
+    QSignalSpy requested(&view, &SettingsView::supportRequested);
+    child<QAbstractButton>(view, "supportLumetra")->click();
+    EXPECT_EQ(requested.count(), 1);
+}
+
+TEST_F(SettingsViewTest, AdvancedTabShowsTheSampleAndRestartsSampling) {
+    SystemMonitor& monitor = h.state->systemMonitor();
+    monitor.applyThermalReading(
+        {52.0, ThermalState::serious, TemperatureAvailability::exactTemperature});
+    settle();
+    auto value = [&](const QString& name) { return child<QLabel>(view, name)->text(); };
+    EXPECT_EQ(value("temperature"), "Exact reading available");
+    EXPECT_EQ(value("thermalState"), "Serious");
+    EXPECT_EQ(value("temperatureSources"), "None found");
+    EXPECT_TRUE(value("diagnostics")
+                    .contains("system journal under io.lumetra.Lumetra, "
+                              "categories: monitoring, sensors, ui, settings."));
+
+    QSignalSpy samples(&monitor, &SystemMonitor::metricsChanged);
+    child<QAbstractButton>(view, "resetSensorConfiguration")->click();
+    // Stop, then start: sampling runs again and the first values arrive.
+    EXPECT_TRUE(samples.wait(2000));
+    monitor.stop();
+}
+
+} // namespace
+
+namespace {
+
+// The widgets Tab reaches in `page`, in order, by object name (unnamed ones left out).
+QStringList tabOrder(QWidget& window, QWidget* page) {
+    QStringList names;
+    QWidget* start = &window;
+    QWidget* w = start->nextInFocusChain();
+    for (int guard = 0; w != start && guard < 500; ++guard, w = w->nextInFocusChain()) {
+        if ((w->focusPolicy() & Qt::TabFocus) && page->isAncestorOf(w) &&
+            !w->objectName().isEmpty() && !w->objectName().startsWith("qt_"))
+            names << w->objectName();
+    }
+    return names;
+}
+
+TEST_F(SettingsViewTest, TabWalksEachFormTopToBottom) {
+    EXPECT_EQ(tabOrder(view, view.page(0)),
+              (QStringList{"launchAtLogin", "showWelcomeScreen", "automaticallyCheckForUpdates",
+                           "checkForUpdates", "supportLumetra", "resetSettings"}));
+    EXPECT_EQ(tabOrder(view, view.page(1)),
+              (QStringList{"metric.cpu", "metric.memory", "metric.temperature", "metric.download",
+                           "metric.upload", "metricOrderList", "menuBarDisplayStyle", "separator",
+                           "memoryFormat", "temperatureFormat"}));
+    EXPECT_EQ(tabOrder(view, view.page(4)), (QStringList{"resetSensorConfiguration"}));
+    // Switches rebuilt for a new order keep their place before the list.
+    h.settings->setMetricOrder({M::upload, M::cpu});
+    EXPECT_EQ(tabOrder(view, view.page(1)),
+              (QStringList{"metric.upload", "metric.cpu", "metricOrderList", "menuBarDisplayStyle",
+                           "separator", "memoryFormat", "temperatureFormat"}));
+}
+
+TEST_F(SettingsViewTest, SpaceFlipsAFocusedSwitch) {
+    view.present();
+    auto* welcome = child<QAbstractButton>(view, "showWelcomeScreen");
+    welcome->setFocus();
+    QTest::keyClick(welcome, Qt::Key_Space);
+    EXPECT_FALSE(h.settings->showWelcomeScreen());
+}
+
+} // namespace

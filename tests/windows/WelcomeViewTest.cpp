@@ -1,0 +1,122 @@
+#include "windows/WelcomeView.h"
+#include "support/Cases.h"
+#include "windows/WindowsTestSupport.h"
+
+#include <QCheckBox>
+#include <QPushButton>
+#include <QSignalSpy>
+#include <QTest>
+
+using namespace lumetra;
+using namespace lumetra::testing;
+using M = MenuBarMetric;
+
+namespace {
+
+struct FinishCase {
+    std::string name;
+    bool cpu, memory, temperature, network, login;
+    MenuBarMetricSet expected;
+    QStringList stored;
+};
+
+class WelcomeFinishTest : public ::testing::TestWithParam<FinishCase> {};
+
+// Ticks the boxes as the case says, presses Done, and checks the settings and the file.
+TEST_P(WelcomeFinishTest, StoresTheChosenMetricsLoginItemAndOnboarding) {
+    const FinishCase& c = GetParam();
+    WindowsHarness h;
+    int finished = 0;
+    WelcomeView view(*h.state, [&] { ++finished; });
+    QTest::mouseClick(&view.getStartedButton(), Qt::LeftButton);
+    ASSERT_EQ(view.step(), WelcomeView::Step::configure);
+    view.showCPU().setChecked(c.cpu);
+    view.showMemory().setChecked(c.memory);
+    view.showTemperature().setChecked(c.temperature);
+    view.showNetwork().setChecked(c.network);
+    view.launchAtLogin().setChecked(c.login);
+    QTest::mouseClick(&view.doneButton(), Qt::LeftButton);
+
+    EXPECT_EQ(finished, 1);
+    EXPECT_EQ(h.settings->enabledMetrics(), c.expected);
+    QStringList stored = h.stored("enabledMetrics").toStringList();
+    stored.sort();
+    EXPECT_EQ(stored, c.stored);
+    EXPECT_EQ(h.settings->launchAtLogin(), c.login);
+    EXPECT_EQ(h.stored("launchAtLogin").toBool(), c.login);
+    EXPECT_EQ(h.loginItem.enabled, c.login);
+    EXPECT_TRUE(h.settings->hasCompletedOnboarding());
+    EXPECT_EQ(h.stored("hasCompletedOnboarding"), true);
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Choices, WelcomeFinishTest,
+    ::testing::Values(FinishCase{"allCleared", false, false, false, false, false, {}, {}},
+                      FinishCase{"onlyNetwork",
+                                 false,
+                                 false,
+                                 false,
+                                 true,
+                                 false,
+                                 {M::download, M::upload},
+                                 {"download", "upload"}},
+                      FinishCase{"everythingAndLogin",
+                                 true,
+                                 true,
+                                 true,
+                                 true,
+                                 true,
+                                 {M::cpu, M::memory, M::temperature, M::download, M::upload},
+                                 {"cpu", "download", "memory", "temperature", "upload"}},
+                      FinishCase{"cpuAndTemperature",
+                                 true,
+                                 false,
+                                 true,
+                                 false,
+                                 false,
+                                 {M::cpu, M::temperature},
+                                 {"cpu", "temperature"}}),
+    byName);
+
+TEST(WelcomeViewTest, FinishingTwiceWithTheSameChoicesNotifiesOnlyTheFirstTime) {
+    WindowsHarness h;
+    WelcomeView view(*h.state, [] {});
+    view.setStep(WelcomeView::Step::configure);
+    view.showNetwork().setChecked(true);
+    QSignalSpy changed(h.settings.get(), &SettingsStore::enabledMetricsChanged);
+    view.finish();
+    EXPECT_EQ(changed.count(), 1);
+    view.finish();
+    EXPECT_EQ(changed.count(), 1);
+    EXPECT_EQ(h.settings->enabledMetrics(),
+              (MenuBarMetricSet{M::cpu, M::memory, M::temperature, M::download, M::upload}));
+}
+
+TEST(WelcomeViewTest, BoxesStartFromTheCurrentSettings) {
+    WindowsHarness h(R"({"enabledMetrics": ["memory", "upload"], "launchAtLogin": true})");
+    WelcomeView view(*h.state, [] {});
+    EXPECT_EQ(view.step(), WelcomeView::Step::welcome);
+    EXPECT_FALSE(view.showCPU().isChecked());
+    EXPECT_TRUE(view.showMemory().isChecked());
+    EXPECT_FALSE(view.showTemperature().isChecked());
+    EXPECT_TRUE(view.showNetwork().isChecked());
+    EXPECT_TRUE(view.launchAtLogin().isChecked());
+}
+
+TEST(WelcomeViewTest, EnterPressesThePagesButton) {
+    WindowsHarness h;
+    int finished = 0;
+    WelcomeView view(*h.state, [&] { ++finished; });
+    view.show();
+    QTest::keyClick(&view, Qt::Key_Return);
+    QTest::qWait(250); // the button's animated click
+    EXPECT_EQ(view.step(), WelcomeView::Step::configure);
+    QTest::keyClick(&view.showCPU(), Qt::Key_Space);
+    EXPECT_FALSE(view.showCPU().isChecked());
+    QTest::keyClick(&view.showCPU(), Qt::Key_Enter);
+    QTest::qWait(250);
+    EXPECT_EQ(finished, 1);
+    EXPECT_FALSE(h.settings->enabledMetrics().contains(M::cpu));
+}
+
+} // namespace

@@ -118,6 +118,17 @@ TEST(DashboardViewTest, FooterButtonsRequestTheirWindows) {
     EXPECT_EQ(quit.count(), 1);
 }
 
+TEST(DashboardViewTest, GlanceStripIsNamedForAccessibility) {
+    Fixture fixture;
+    auto* strip = fixture.view.findChild<QWidget*>(QStringLiteral("DashboardGlanceStrip"));
+    ASSERT_NE(strip, nullptr);
+    EXPECT_EQ(strip->accessibleName(), QStringLiteral("CPU 30%, memory 50%"));
+    // Under the header, across the content width.
+    EXPECT_GT(strip->y(), 12);
+    EXPECT_LT(strip->y(), 60);
+    EXPECT_EQ(strip->width(), DashboardView::kWidth - 24);
+}
+
 TEST(AreaSparklineTest, OutlineFollowsTheValuesAndClosesAlongTheBottom) {
     const QRectF canvas(0, 0, 100, 34);
     const std::vector<double> none;

@@ -109,6 +109,7 @@ struct DashboardView::Content {
     QRectF headerRect;
     std::vector<Block> blocks; // strip, cards, disk card, network card
     std::vector<double> dividers;
+    QRectF stripRect;
     double footerTop = 0;
     double height = 0;
     std::vector<std::pair<QRectF, QString>> toolTips;
@@ -125,6 +126,11 @@ DashboardView::DashboardView(SystemMonitor& monitor, SettingsStore& settings, QW
     supportButton_->setToolTip(tr("Support lumetra"));
     supportButton_->setAccessibleName(tr("Support lumetra"));
     quitButton_ = new FooterButton(QStringLiteral("power"), tr("Quit lumetra"), themeOf, this);
+    // The strip is painted with the rest; this empty child gives it a place and a name for
+    // accessibility tools.
+    glanceStrip_ = new QWidget(this);
+    glanceStrip_->setObjectName(QLatin1String(DashboardGlanceStrip::kIdentifier));
+    glanceStrip_->setAttribute(Qt::WA_TransparentForMouseEvents);
     connect(settingsButton_, &QAbstractButton::clicked, this, &DashboardView::settingsRequested);
     connect(supportButton_, &QAbstractButton::clicked, this, &DashboardView::supportRequested);
     connect(quitButton_, &QAbstractButton::clicked, this, &DashboardView::quitRequested);
@@ -175,15 +181,10 @@ DashboardView::Content DashboardView::content() const {
     const MetricHistory& memoryHistory =
         fixedState_ ? fixedState_->memoryHistory : monitor_.memoryHistory();
     const DiskVolumeList& volumes = fixedState_ ? fixedState_->diskVolumes : monitor_.diskVolumes();
-    Content content{cpuPresentation(metrics, cpuHistory),
-                    memoryPresentation(metrics, memoryHistory),
-                    temperaturePresentation(metrics),
-                    {},
-                    {},
-                    {},
-                    0,
-                    0,
-                    {}};
+    Content content;
+    content.cpu = cpuPresentation(metrics, cpuHistory);
+    content.memory = memoryPresentation(metrics, memoryHistory);
+    content.temperature = temperaturePresentation(metrics);
     const DashboardTheme& theme = theme_;
     const double left = kPadding;
     const double width = kWidth - 2 * kPadding;
@@ -199,7 +200,8 @@ DashboardView::Content DashboardView::content() const {
         std::max(kHeaderIconSize, paint::lineHeight(theme, kHeaderFontSize, QFont::DemiBold));
     content.headerRect = QRectF(left, y, width, headerHeight);
     y += headerHeight + kSpacing;
-    place(std::make_unique<DashboardGlanceStrip>(content.cpu, content.memory));
+    content.stripRect =
+        place(std::make_unique<DashboardGlanceStrip>(content.cpu, content.memory)).rect;
 
     const QString temperatureSources = temperatureSourcesText(metrics.temperatureSources);
     const QString interfaces = networkInterfacesText(metrics.networkInterfaces);
@@ -264,6 +266,9 @@ void DashboardView::contentChanged() {
     const Content current = content();
     const int height = static_cast<int>(std::ceil(current.height));
     placeFooter(current.footerTop);
+    glanceStrip_->setGeometry(current.stripRect.toAlignedRect());
+    glanceStrip_->setAccessibleName(
+        tr("CPU %1, memory %2").arg(current.cpu.valueText, current.memory.valueText));
     if (height != height_) {
         height_ = height;
         updateGeometry();

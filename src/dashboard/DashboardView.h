@@ -76,6 +76,7 @@ private:
     FooterButton* settingsButton_;
     FooterButton* supportButton_;
     FooterButton* quitButton_;
+    QWidget* glanceStrip_;
 };
 
 } // namespace lumetra

@@ -2,6 +2,8 @@
 
 #include <QCoreApplication>
 
+#include <algorithm>
+#include <iterator>
 #include <utility>
 #include <vector>
 

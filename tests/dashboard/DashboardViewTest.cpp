@@ -118,6 +118,38 @@ TEST(DashboardViewTest, FooterButtonsRequestTheirWindows) {
     EXPECT_EQ(quit.count(), 1);
 }
 
+TEST(DashboardViewTest, GlanceStripIsNamedForAccessibility) {
+    Fixture fixture;
+    auto* strip = fixture.view.findChild<QWidget*>(QStringLiteral("DashboardGlanceStrip"));
+    ASSERT_NE(strip, nullptr);
+    EXPECT_EQ(strip->accessibleName(), QStringLiteral("CPU 30%, memory 50%"));
+    // Under the header, across the content width.
+    EXPECT_GT(strip->y(), 12);
+    EXPECT_LT(strip->y(), 60);
+    EXPECT_EQ(strip->width(), DashboardView::kWidth - 24);
+}
+
+// Without a fixed state the view follows the monitor: each new sample, each new volume list.
+TEST(DashboardViewTest, FollowsTheMonitor) {
+    lumetra::testing::LoadedStore settings;
+    SystemMonitor monitor({}, 1, 1);
+    DashboardView view(monitor, settings.store);
+    auto* strip = view.findChild<QWidget*>(QStringLiteral("DashboardGlanceStrip"));
+    ASSERT_NE(strip, nullptr);
+    QSignalSpy heightChanged(&view, &DashboardView::preferredHeightChanged);
+
+    monitor.applyFastSample(MemorySnapshot{4, 16}, MemoryPressureLevel::normal, NetworkRates{}, 12);
+    EXPECT_EQ(strip->accessibleName(), QStringLiteral("CPU 12%, memory 25%"));
+    EXPECT_EQ(heightChanged.count(), 0);
+
+    const int before = view.sizeHint().height();
+    DiskVolume disk;
+    disk.name = QStringLiteral("Data");
+    monitor.applyDiskVolumes({disk});
+    EXPECT_GT(view.sizeHint().height(), before);
+    EXPECT_EQ(heightChanged.count(), 1);
+}
+
 TEST(AreaSparklineTest, OutlineFollowsTheValuesAndClosesAlongTheBottom) {
     const QRectF canvas(0, 0, 100, 34);
     const std::vector<double> none;

@@ -465,3 +465,22 @@ TEST_F(SettingsViewTest, AltArrowsMoveTheSelectedRowFromTheKeyboard) {
 }
 
 } // namespace
+
+namespace {
+
+TEST_F(SettingsViewTest, WindowBackgroundFollowsTheAppearanceAndTheme) {
+    auto* background = view.findChild<GlassBackground*>(QString(), Qt::FindDirectChildrenOnly);
+    ASSERT_NE(background, nullptr);
+    EXPECT_TRUE(background->isOpaque());
+    EXPECT_EQ(background->configuration(), h.state->effectiveAppearance());
+    child<QRadioButton>(view, "mode.solid")->click();
+    EXPECT_EQ(background->configuration(), AppearanceConfiguration::preset(AppearanceMode::solid));
+    QTest::mouseClick(child<SegmentedPicker>(view, "themePreference")->segment(2), Qt::LeftButton);
+    EXPECT_TRUE(background->isDark());
+    EXPECT_LT(view.palette().color(QPalette::Window).lightnessF(), 0.5);
+    QTest::mouseClick(child<SegmentedPicker>(view, "themePreference")->segment(1), Qt::LeftButton);
+    EXPECT_FALSE(background->isDark());
+    EXPECT_GT(view.palette().color(QPalette::Window).lightnessF(), 0.5);
+}
+
+} // namespace

@@ -61,8 +61,15 @@ QVariant MetricOrderModel::data(const QModelIndex& index, int role) const {
     case Qt::DisplayRole:
     case Qt::AccessibleTextRole:
         return displayName(metric);
-    case Qt::DecorationRole:
-        return SymbolIcon::icon(symbolName(metric), enabled ? enabledColor_ : dimmedColor_, 16);
+    case Qt::DecorationRole: {
+        QIcon icon =
+            SymbolIcon::icon(symbolName(metric), enabled ? enabledColor_ : dimmedColor_, 16);
+        // On the selection's accent the symbol is white, like the text.
+        for (qreal ratio : {1.0, 2.0})
+            icon.addPixmap(SymbolIcon::pixmap(symbolName(metric), Qt::white, 16, ratio),
+                           QIcon::Selected);
+        return icon;
+    }
     case Qt::ForegroundRole:
         return enabled ? enabledColor_ : dimmedColor_;
     case MetricRole:

@@ -171,9 +171,17 @@ int SettingsView::preferredHeight(int index) const {
 void SettingsView::fitHeight() {
     // The window takes the height of the tab shown, within the screen; a taller tab scrolls.
     int height = preferredHeight(currentIndex());
-    if (const QScreen* screen = this->screen() ? this->screen() : QGuiApplication::primaryScreen())
+    const QScreen* screen = this->screen() ? this->screen() : QGuiApplication::primaryScreen();
+    if (screen)
         height = std::min(height, int(screen->availableGeometry().height() * 0.9));
     resize(kWidth, height);
+    // A taller tab must not push the window's bottom off the screen.
+    if (screen && isVisible()) {
+        const QRect available = screen->availableGeometry();
+        const int overflow = frameGeometry().bottom() - available.bottom();
+        if (overflow > 0)
+            move(x(), std::max(available.top(), y() - overflow));
+    }
 }
 
 void SettingsView::present() {

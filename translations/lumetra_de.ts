@@ -605,6 +605,10 @@
         <source>Preview</source>
         <translation>Vorschau</translation>
     </message>
+    <message>
+        <source>Alt+Up and Alt+Down move the selected metric.</source>
+        <translation>Alt+Pfeil nach oben und Alt+Pfeil nach unten verschieben den gewählten Messwert.</translation>
+    </message>
 </context>
 <context>
     <name>lumetra::MonitoringSettingsView</name>

@@ -160,9 +160,7 @@ void LumetraApp::showWelcome() {
             welcomeWindow_->close();
         });
     }
-    welcomeWindow_->show();
-    welcomeWindow_->raise();
-    welcomeWindow_->activateWindow();
+    welcomeWindow_->present();
     emit windowRequested(QStringLiteral("welcome"));
 }
 

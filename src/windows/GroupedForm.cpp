@@ -9,27 +9,25 @@ namespace lumetra {
 
 GroupedForm::GroupedForm(QWidget* parent) : QWidget(parent), layout_(new QVBoxLayout(this)) {
     layout_->setContentsMargins(20, 14, 20, 18);
-    layout_->setSpacing(0);
+    layout_->setSpacing(14);
 }
 
 FormGroup* GroupedForm::addSection(const QString& title, const QString& systemImage) {
-    if (layout_->count() > 0)
-        layout_->addSpacing(14);
-    auto* group = new FormGroup(this);
-    if (!title.isEmpty()) {
-        auto* header = new SectionHeader(title, systemImage, this);
-        headers_.insert(group, header);
-        layout_->addWidget(header);
-        layout_->addSpacing(5);
-    }
-    layout_->addWidget(group);
+    // One widget per section, so a hidden section leaves no gap behind.
+    auto* section = new QWidget(this);
+    auto* layout = new QVBoxLayout(section);
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->setSpacing(5);
+    if (!title.isEmpty())
+        layout->addWidget(new SectionHeader(title, systemImage, section));
+    auto* group = new FormGroup(section);
+    layout->addWidget(group);
+    layout_->addWidget(section);
     return group;
 }
 
 void GroupedForm::setSectionVisible(FormGroup* group, bool visible) {
-    group->setVisible(visible);
-    if (QWidget* header = headers_.value(group))
-        header->setVisible(visible);
+    group->parentWidget()->setVisible(visible);
 }
 
 void GroupedForm::finish() {

@@ -1,6 +1,5 @@
 #pragma once
 
-#include <QHash>
 #include <QString>
 #include <QWidget>
 
@@ -25,7 +24,6 @@ public:
 
 private:
     QVBoxLayout* layout_;
-    QHash<FormGroup*, QWidget*> headers_;
 };
 
 } // namespace lumetra

@@ -13,7 +13,10 @@
 
 #include <QComboBox>
 #include <QEvent>
+#include <QKeyEvent>
 #include <QListView>
+#include <QPainter>
+#include <QStyledItemDelegate>
 #include <QVBoxLayout>
 
 namespace lumetra {
@@ -33,6 +36,33 @@ QString temperatureSample(TemperatureDisplayFormat format) {
     }
     return {};
 }
+
+// A row of the Order list with a grip at its right end, the sign that rows can be dragged.
+class OrderRowDelegate : public QStyledItemDelegate {
+public:
+    using QStyledItemDelegate::QStyledItemDelegate;
+
+    QSize sizeHint(const QStyleOptionViewItem& option, const QModelIndex& index) const override {
+        QSize size = QStyledItemDelegate::sizeHint(option, index);
+        size.setHeight(std::max(size.height(), 24));
+        return size;
+    }
+
+    void paint(QPainter* painter, const QStyleOptionViewItem& option,
+               const QModelIndex& index) const override {
+        QStyledItemDelegate::paint(painter, option, index);
+        painter->save();
+        QColor grip = index.data(Qt::ForegroundRole).value<QColor>();
+        grip.setAlphaF(grip.alphaF() * 0.6F);
+        painter->setPen(QPen(grip, 1.4));
+        const int right = option.rect.right() - 10;
+        const int middle = option.rect.center().y();
+        for (int dy : {-4, 0, 4})
+            painter->drawLine(QPointF(right - 12, middle + dy + 0.5),
+                              QPointF(right, middle + dy + 0.5));
+        painter->restore();
+    }
+};
 
 // A pop-up picker over every case of a settings enumeration, bound to the store.
 template <typename E, typename Label>
@@ -76,12 +106,16 @@ MenuBarSettingsView::MenuBarSettingsView(AppState& appState, QWidget* parent)
     orderList_->setDropIndicatorShown(true);
     orderList_->setSelectionMode(QAbstractItemView::SingleSelection);
     orderList_->setMovement(QListView::Snap);
-    orderList_->setSpacing(2);
+    orderList_->setSpacing(1);
+    orderList_->setItemDelegate(new OrderRowDelegate(orderList_));
     orderList_->setIconSize({16, 16});
     orderList_->setFrameShape(QFrame::NoFrame);
     orderList_->viewport()->setAutoFillBackground(false);
     orderList_->setAutoFillBackground(false);
     order->addWidget(orderList_);
+    // From the keyboard: Alt+Up and Alt+Down move the selected row.
+    orderList_->setAccessibleDescription(tr("Alt+Up and Alt+Down move the selected metric."));
+    orderList_->installEventFilter(this);
     order->addNote(tr("Drag to reorder how metrics appear in the menu bar."));
 
     auto* style = enumPicker<MenuBarDisplayStyle>(
@@ -143,6 +177,25 @@ void MenuBarSettingsView::rebuildToggles() {
             setTabOrder(previous, next);
         previous = next;
     }
+}
+
+bool MenuBarSettingsView::eventFilter(QObject* watched, QEvent* event) {
+    if (watched == orderList_ && event->type() == QEvent::KeyPress) {
+        const auto* key = static_cast<QKeyEvent*>(event);
+        const int step = key->key() == Qt::Key_Up ? -1 : key->key() == Qt::Key_Down ? 1 : 0;
+        const QModelIndex current = orderList_->currentIndex();
+        if (step != 0 && key->modifiers() == Qt::AltModifier && current.isValid()) {
+            const int row = current.row();
+            const int target = row + step;
+            if (target >= 0 && target < orderModel_->rowCount()) {
+                // A move down goes in front of the row after the next one.
+                orderModel_->moveRows({}, row, 1, {}, step > 0 ? target + 1 : target);
+                orderList_->setCurrentIndex(orderModel_->index(target));
+            }
+            return true;
+        }
+    }
+    return GroupedForm::eventFilter(watched, event);
 }
 
 void MenuBarSettingsView::updateRowColors() {

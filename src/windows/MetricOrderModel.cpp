@@ -3,7 +3,16 @@
 #include "settings/SettingsStore.h"
 #include "windows/SymbolIcon.h"
 
+#include <QMimeData>
+
 namespace lumetra {
+
+namespace {
+
+// The dragged row's number; the list only takes drops from itself.
+const QString kRowMimeType = QStringLiteral("application/x-lumetra-metric-row");
+
+} // namespace
 
 MetricOrderModel::MetricOrderModel(SettingsStore& settings, QObject* parent)
     : QAbstractListModel(parent), settings_(settings), order_(settings.metricOrder()) {
@@ -52,8 +61,15 @@ QVariant MetricOrderModel::data(const QModelIndex& index, int role) const {
     case Qt::DisplayRole:
     case Qt::AccessibleTextRole:
         return displayName(metric);
-    case Qt::DecorationRole:
-        return SymbolIcon::icon(symbolName(metric), enabled ? enabledColor_ : dimmedColor_, 16);
+    case Qt::DecorationRole: {
+        QIcon icon =
+            SymbolIcon::icon(symbolName(metric), enabled ? enabledColor_ : dimmedColor_, 16);
+        // On the selection's accent the symbol is white, like the text.
+        for (qreal ratio : {1.0, 2.0})
+            icon.addPixmap(SymbolIcon::pixmap(symbolName(metric), Qt::white, 16, ratio),
+                           QIcon::Selected);
+        return icon;
+    }
     case Qt::ForegroundRole:
         return enabled ? enabledColor_ : dimmedColor_;
     case MetricRole:
@@ -74,6 +90,32 @@ Qt::ItemFlags MetricOrderModel::flags(const QModelIndex& index) const {
 
 Qt::DropActions MetricOrderModel::supportedDropActions() const {
     return Qt::MoveAction;
+}
+
+QStringList MetricOrderModel::mimeTypes() const {
+    return {kRowMimeType};
+}
+
+QMimeData* MetricOrderModel::mimeData(const QModelIndexList& indexes) const {
+    if (indexes.isEmpty() || !indexes.first().isValid())
+        return nullptr;
+    auto* data = new QMimeData;
+    data->setData(kRowMimeType, QByteArray::number(indexes.first().row()));
+    return data;
+}
+
+bool MetricOrderModel::dropMimeData(const QMimeData* data, Qt::DropAction action, int row,
+                                    int /*column*/, const QModelIndex& parent) {
+    if (action != Qt::MoveAction || !data || !data->hasFormat(kRowMimeType) || parent.isValid())
+        return false;
+    bool ok = false;
+    const int from = data->data(kRowMimeType).toInt(&ok);
+    if (!ok)
+        return false;
+    const int to = row < 0 ? rowCount() : row;
+    moveRows({}, from, 1, {}, to);
+    // Accepted even when nothing moved: the drop is done, and there is nothing to remove.
+    return true;
 }
 
 bool MetricOrderModel::moveRows(const QModelIndex& sourceParent, int sourceRow, int count,

@@ -12,7 +12,9 @@ class SettingsStore;
 
 // The Order list: every metric of `metricOrder`, in its order, enabled ones in the primary
 // text colour and the others dimmed. Moving rows (the list view's drag and drop) moves the
-// metric within `metricOrder` and saves it; `enabledMetrics` is never touched.
+// metric within `metricOrder` and saves it; `enabledMetrics` is never touched. A drop moves
+// the row whichever way the view delivers it (as a move of rows or as dropped data); rows are
+// never inserted or removed.
 class MetricOrderModel : public QAbstractListModel {
     Q_OBJECT
 
@@ -25,6 +27,11 @@ public:
     QVariant data(const QModelIndex& index, int role) const override;
     Qt::ItemFlags flags(const QModelIndex& index) const override;
     Qt::DropActions supportedDropActions() const override;
+    QStringList mimeTypes() const override;
+    QMimeData* mimeData(const QModelIndexList& indexes) const override;
+    // A dropped row moves to the gap it was dropped in (row -1: the end of the list).
+    bool dropMimeData(const QMimeData* data, Qt::DropAction action, int row, int column,
+                      const QModelIndex& parent) override;
     bool moveRows(const QModelIndex& sourceParent, int sourceRow, int count,
                   const QModelIndex& destinationParent, int destinationChild) override;
 

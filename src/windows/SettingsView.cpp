@@ -1,5 +1,6 @@
 #include "windows/SettingsView.h"
 
+#include "appearance/GlassBackground.h"
 #include "core/AppState.h"
 #include "windows/AdvancedSettingsView.h"
 #include "windows/AppearanceSettingsView.h"
@@ -53,12 +54,20 @@ QScrollArea* scrolled(QWidget* form) {
 } // namespace
 
 SettingsView::SettingsView(AppState& appState, QWidget* parent)
-    : QWidget(parent), tabButtons_(new QButtonGroup(this)), toolbar_(new QWidget(this)),
-      pages_(new QStackedWidget(this)) {
+    : QWidget(parent), appState_(appState), tabButtons_(new QButtonGroup(this)),
+      toolbar_(new QWidget), pages_(new QStackedWidget) {
     setObjectName(QStringLiteral("SettingsView"));
     setAttribute(Qt::WA_DeleteOnClose, false);
     setFixedWidth(kWidth);
-    auto* layout = new QVBoxLayout(this);
+    // The window draws its background as the popover does, from the appearance in effect, so
+    // a change on the Appearance tab shows here too. A decorated window stays opaque.
+    auto* outer = new QVBoxLayout(this);
+    outer->setContentsMargins(0, 0, 0, 0);
+    background_ = new GlassBackground(this);
+    background_->setCornerRadius(0);
+    background_->setOpaque(true);
+    outer->addWidget(background_);
+    auto* layout = new QVBoxLayout(background_);
     layout->setContentsMargins(0, 0, 0, 0);
     layout->setSpacing(0);
 
@@ -68,7 +77,7 @@ SettingsView::SettingsView(AppState& appState, QWidget* parent)
     bar->setSpacing(2);
     bar->addStretch(1);
     layout->addWidget(toolbar_);
-    auto* rule = new QFrame(this);
+    auto* rule = new QFrame(background_);
     rule->setFrameShape(QFrame::HLine);
     rule->setFrameShadow(QFrame::Plain);
     rule->setFixedHeight(1);
@@ -102,6 +111,9 @@ SettingsView::SettingsView(AppState& appState, QWidget* parent)
 
     theme_ = new WindowTheme(this, appState.settings());
     refreshTabIcons();
+    connect(theme_, &WindowTheme::darkChanged, this, &SettingsView::applyAppearance);
+    connect(&appState, &AppState::effectiveAppearanceChanged, this, &SettingsView::applyAppearance);
+    applyAppearance();
     setCurrentIndex(0);
 
     auto* close = new QShortcut(QKeySequence::Close, this);
@@ -159,9 +171,17 @@ int SettingsView::preferredHeight(int index) const {
 void SettingsView::fitHeight() {
     // The window takes the height of the tab shown, within the screen; a taller tab scrolls.
     int height = preferredHeight(currentIndex());
-    if (const QScreen* screen = this->screen() ? this->screen() : QGuiApplication::primaryScreen())
+    const QScreen* screen = this->screen() ? this->screen() : QGuiApplication::primaryScreen();
+    if (screen)
         height = std::min(height, int(screen->availableGeometry().height() * 0.9));
     resize(kWidth, height);
+    // A taller tab must not push the window's bottom off the screen.
+    if (screen && isVisible()) {
+        const QRect available = screen->availableGeometry();
+        const int overflow = frameGeometry().bottom() - available.bottom();
+        if (overflow > 0)
+            move(x(), std::max(available.top(), y() - overflow));
+    }
 }
 
 void SettingsView::present() {
@@ -174,6 +194,11 @@ void SettingsView::present() {
     setWindowState(windowState() & ~Qt::WindowMinimized);
     raise();
     activateWindow();
+}
+
+void SettingsView::applyAppearance() {
+    background_->setConfiguration(appState_.effectiveAppearance());
+    background_->setDark(theme_->isDark());
 }
 
 void SettingsView::refreshTabIcons() {

@@ -9,6 +9,7 @@ class QToolButton;
 namespace lumetra {
 
 class AppState;
+class GlassBackground;
 class WindowTheme;
 
 // The settings window: a toolbar of five tabs (General, Menu Bar, Appearance, Monitoring, Advanced)
@@ -45,8 +46,11 @@ protected:
 
 private:
     void fitHeight();
+    void applyAppearance();
     void refreshTabIcons();
 
+    AppState& appState_;
+    GlassBackground* background_;
     QButtonGroup* tabButtons_;
     QWidget* toolbar_;
     QStackedWidget* pages_;

@@ -9,9 +9,11 @@
 #include "windows/WindowTheme.h"
 
 #include <QCheckBox>
+#include <QGuiApplication>
 #include <QKeyEvent>
 #include <QLabel>
 #include <QPushButton>
+#include <QScreen>
 #include <QStackedWidget>
 #include <QVBoxLayout>
 
@@ -125,6 +127,16 @@ QWidget* WelcomeView::buildConfigurePage() {
     connect(done_, &QPushButton::clicked, this, &WelcomeView::finish);
     layout->addWidget(done_, 0, Qt::AlignHCenter);
     return page;
+}
+
+void WelcomeView::present() {
+    if (!isVisible()) {
+        if (const QScreen* screen = QGuiApplication::primaryScreen())
+            move(screen->availableGeometry().center() - rect().center());
+    }
+    show();
+    raise();
+    activateWindow();
 }
 
 void WelcomeView::setStep(Step step) {

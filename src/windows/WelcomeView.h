@@ -23,6 +23,9 @@ public:
 
     WelcomeView(AppState& appState, std::function<void()> onFinish, QWidget* parent = nullptr);
 
+    // Shows the window centred on the screen, or brings it to the front.
+    void present();
+
     Step step() const { return step_; }
     void setStep(Step step);
 

@@ -11,6 +11,7 @@
 #include <QComboBox>
 #include <QLabel>
 #include <QListView>
+#include <QMimeData>
 #include <QRadioButton>
 #include <QSignalSpy>
 #include <QSlider>
@@ -407,6 +408,79 @@ TEST_F(SettingsViewTest, SpaceFlipsAFocusedSwitch) {
     welcome->setFocus();
     QTest::keyClick(welcome, Qt::Key_Space);
     EXPECT_FALSE(h.settings->showWelcomeScreen());
+}
+
+} // namespace
+
+namespace {
+
+// A drop as the list view hands it over when it does not move rows itself: the dragged row's
+// data dropped into a gap.
+TEST_F(SettingsViewTest, DroppedRowDataMovesTheMetricAndRemovesNothing) {
+    auto* model = view.findChild<MetricOrderModel*>();
+    struct Case {
+        int from;
+        int gap; // -1: below the last row
+        QStringList order;
+    };
+    for (const Case& c : {Case{0, -1, {"memory", "temperature", "download", "upload", "cpu"}},
+                          Case{4, 0, {"cpu", "memory", "temperature", "download", "upload"}},
+                          Case{1, 1, {"cpu", "memory", "temperature", "download", "upload"}}}) {
+        std::unique_ptr<QMimeData> data(model->mimeData({model->index(c.from)}));
+        ASSERT_NE(data, nullptr);
+        EXPECT_TRUE(model->canDropMimeData(data.get(), Qt::MoveAction, c.gap, 0, {}));
+        EXPECT_TRUE(model->dropMimeData(data.get(), Qt::MoveAction, c.gap, 0, {}));
+        EXPECT_EQ(rawList(h.settings->metricOrder()), c.order) << c.from << "->" << c.gap;
+        EXPECT_EQ(h.stored("metricOrder").toStringList(), c.order);
+        // What a move drag does to the source afterwards must not lose a metric.
+        EXPECT_FALSE(model->removeRows(0, 1));
+        EXPECT_EQ(model->rowCount(), 5);
+    }
+    // Rows take no drops onto themselves, only the gaps between them.
+    EXPECT_FALSE(model->flags(model->index(0)) & Qt::ItemIsDropEnabled);
+    EXPECT_TRUE(model->flags({}) & Qt::ItemIsDropEnabled);
+}
+
+} // namespace
+
+namespace {
+
+TEST_F(SettingsViewTest, AltArrowsMoveTheSelectedRowFromTheKeyboard) {
+    auto* list = child<QListView>(view, "metricOrderList");
+    list->setCurrentIndex(list->model()->index(0, 0));
+    QTest::keyClick(list, Qt::Key_Down, Qt::AltModifier);
+    QTest::keyClick(list, Qt::Key_Down, Qt::AltModifier);
+    EXPECT_EQ(rawList(h.settings->metricOrder()),
+              (QStringList{"memory", "temperature", "cpu", "download", "upload"}));
+    EXPECT_EQ(list->currentIndex().row(), 2);
+    QTest::keyClick(list, Qt::Key_Up, Qt::AltModifier);
+    EXPECT_EQ(rawList(h.settings->metricOrder()),
+              (QStringList{"memory", "cpu", "temperature", "download", "upload"}));
+    // Plain arrows only move the selection.
+    QTest::keyClick(list, Qt::Key_Up);
+    EXPECT_EQ(list->currentIndex().row(), 0);
+    QTest::keyClick(list, Qt::Key_Up, Qt::AltModifier);
+    EXPECT_EQ(rawList(h.settings->metricOrder()),
+              (QStringList{"memory", "cpu", "temperature", "download", "upload"}));
+}
+
+} // namespace
+
+namespace {
+
+TEST_F(SettingsViewTest, WindowBackgroundFollowsTheAppearanceAndTheme) {
+    auto* background = view.findChild<GlassBackground*>(QString(), Qt::FindDirectChildrenOnly);
+    ASSERT_NE(background, nullptr);
+    EXPECT_TRUE(background->isOpaque());
+    EXPECT_EQ(background->configuration(), h.state->effectiveAppearance());
+    child<QRadioButton>(view, "mode.solid")->click();
+    EXPECT_EQ(background->configuration(), AppearanceConfiguration::preset(AppearanceMode::solid));
+    QTest::mouseClick(child<SegmentedPicker>(view, "themePreference")->segment(2), Qt::LeftButton);
+    EXPECT_TRUE(background->isDark());
+    EXPECT_LT(view.palette().color(QPalette::Window).lightnessF(), 0.5);
+    QTest::mouseClick(child<SegmentedPicker>(view, "themePreference")->segment(1), Qt::LeftButton);
+    EXPECT_FALSE(background->isDark());
+    EXPECT_GT(view.palette().color(QPalette::Window).lightnessF(), 0.5);
 }
 
 } // namespace

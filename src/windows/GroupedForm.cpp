@@ -1,7 +1,7 @@
 #include "windows/GroupedForm.h"
 
 #include "windows/FormGroup.h"
-#include "windows/SectionHeader.h"
+#include "windows/SettingsSectionHeader.h"
 
 #include <QVBoxLayout>
 
@@ -19,7 +19,7 @@ FormGroup* GroupedForm::addSection(const QString& title, const QString& systemIm
     layout->setContentsMargins(0, 0, 0, 0);
     layout->setSpacing(5);
     if (!title.isEmpty())
-        layout->addWidget(new SectionHeader(title, systemImage, section));
+        layout->addWidget(new SettingsSectionHeader(title, systemImage, section));
     auto* group = new FormGroup(section);
     layout->addWidget(group);
     layout_->addWidget(section);

@@ -1,4 +1,4 @@
-#include "windows/SectionHeader.h"
+#include "windows/SettingsSectionHeader.h"
 
 #include "windows/SymbolIcon.h"
 #include "windows/WindowTheme.h"
@@ -9,7 +9,8 @@
 
 namespace lumetra {
 
-SectionHeader::SectionHeader(const QString& title, const QString& systemImage, QWidget* parent)
+SettingsSectionHeader::SettingsSectionHeader(const QString& title, const QString& systemImage,
+                                             QWidget* parent)
     : QWidget(parent), title_(title), systemImage_(systemImage), icon_(new QLabel(this)),
       text_(new QLabel(title, this)) {
     auto* layout = new QHBoxLayout(this);
@@ -26,13 +27,13 @@ SectionHeader::SectionHeader(const QString& title, const QString& systemImage, Q
     restyle();
 }
 
-void SectionHeader::changeEvent(QEvent* event) {
+void SettingsSectionHeader::changeEvent(QEvent* event) {
     if (event->type() == QEvent::PaletteChange)
         restyle();
     QWidget::changeEvent(event);
 }
 
-void SectionHeader::restyle() {
+void SettingsSectionHeader::restyle() {
     const QColor secondary = WindowTheme::secondaryText(palette());
     QPalette p = text_->palette();
     p.setColor(QPalette::WindowText, secondary);

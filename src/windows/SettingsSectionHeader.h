@@ -9,11 +9,12 @@ namespace lumetra {
 
 // A section's title over its group: the symbol and the title, small, semibold, in the secondary
 // text colour.
-class SectionHeader : public QWidget {
+class SettingsSectionHeader : public QWidget {
     Q_OBJECT
 
 public:
-    SectionHeader(const QString& title, const QString& systemImage, QWidget* parent = nullptr);
+    SettingsSectionHeader(const QString& title, const QString& systemImage,
+                          QWidget* parent = nullptr);
 
     QString title() const { return title_; }
     QString systemImage() const { return systemImage_; }

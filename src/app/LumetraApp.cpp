@@ -81,7 +81,9 @@ LumetraApp::LumetraApp(Options options, QObject* parent) : QObject(parent) {
         QTimer::singleShot(kUiTestSettingsDelay, this, &LumetraApp::showSettings);
     else if (options.openSettings)
         QMetaObject::invokeMethod(this, &LumetraApp::showSettings, Qt::QueuedConnection);
-    if (settings_->showWelcomeScreen() && !settings_->hasCompletedOnboarding())
+    // The first start shows the welcome; finishing it clears showWelcomeScreen, so the
+    // General tab's "Show welcome screen on next launch" brings it back when ticked again.
+    if (settings_->showWelcomeScreen())
         QMetaObject::invokeMethod(this, &LumetraApp::showWelcome, Qt::QueuedConnection);
 }
 

@@ -27,7 +27,8 @@ protected:
     }
     void TearDown() override { qunsetenv("LUMETRA_UITEST_OPEN_SETTINGS"); }
 
-    SettingsFolder folder{QByteArray(R"({"hasCompletedOnboarding": true})")};
+    SettingsFolder folder{
+        QByteArray(R"({"hasCompletedOnboarding": true, "showWelcomeScreen": false})")};
 };
 
 TEST_F(LumetraAppTest, BuildsTheGraphInOrderAndStartsSamplingOnceTheLoopRuns) {
@@ -64,12 +65,27 @@ TEST_F(LumetraAppTest, UiTestHookOpensSettingsAfterAFifthOfASecond) {
     }
 }
 
-TEST_F(LumetraAppTest, WelcomeOpensOnlyBeforeOnboarding) {
-    folder.write(R"({"showWelcomeScreen": true, "hasCompletedOnboarding": false})");
-    LumetraApp first({});
-    QSignalSpy requested(&first, &LumetraApp::windowRequested);
-    ASSERT_TRUE(requested.wait(1000));
-    EXPECT_EQ(requested.at(0).at(0).toString(), QStringLiteral("welcome"));
+TEST_F(LumetraAppTest, WelcomeOpensWhileItsSwitchIsOn) {
+    struct Case {
+        const char* settings;
+        bool opens;
+    };
+    const Case cases[] = {
+        {R"({"showWelcomeScreen": true, "hasCompletedOnboarding": false})", true},
+        {R"({"hasCompletedOnboarding": false})", true}, // a first start: the default is on
+        {R"({"showWelcomeScreen": true, "hasCompletedOnboarding": true})", true}, // asked again
+        {R"({"showWelcomeScreen": false, "hasCompletedOnboarding": true})", false},
+    };
+    for (const Case& c : cases) {
+        folder.write(c.settings);
+        LumetraApp app({});
+        QSignalSpy requested(&app, &LumetraApp::windowRequested);
+        QTest::qWait(50);
+        const bool welcome = std::any_of(requested.begin(), requested.end(), [](const auto& call) {
+            return call.at(0).toString() == QLatin1String("welcome");
+        });
+        EXPECT_EQ(welcome, c.opens) << c.settings;
+    }
 }
 
 TEST_F(LumetraAppTest, PopoverIsCreatedOnceAnd280Wide) {

@@ -27,7 +27,8 @@ protected:
     }
     void TearDown() override { qunsetenv("LUMETRA_UITEST_OPEN_SETTINGS"); }
 
-    SettingsFolder folder{QByteArray(R"({"hasCompletedOnboarding": true})")};
+    SettingsFolder folder{
+        QByteArray(R"({"hasCompletedOnboarding": true, "showWelcomeScreen": false})")};
 };
 
 TEST_F(AppWindowsTest, SettingsRequestsShowOneWindowFourHundredSixtyWide) {
@@ -83,6 +84,7 @@ TEST_F(AppWindowsTest, WelcomeShowsBeforeOnboardingAndDoneClosesIt) {
     welcome->doneButton().click();
     EXPECT_FALSE(welcome->isVisible());
     EXPECT_TRUE(app.appState().settings().hasCompletedOnboarding());
+    EXPECT_FALSE(app.appState().settings().showWelcomeScreen()); // until the user asks again
 }
 
 } // namespace

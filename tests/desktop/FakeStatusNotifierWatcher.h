@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QDBusConnection>
+#include <QDBusMessage>
 #include <QObject>
 #include <QStringList>
 
@@ -27,6 +28,16 @@ public:
             connection_.unregisterService(QStringLiteral("org.kde.StatusNotifierWatcher"));
         connection_.unregisterObject(QStringLiteral("/StatusNotifierWatcher"));
         owns_ = false;
+    }
+
+    // The host drops an item, as GNOME's extension does when it cannot build its proxy.
+    void drop(const QString& id) {
+        QDBusMessage signal =
+            QDBusMessage::createSignal(QStringLiteral("/StatusNotifierWatcher"),
+                                       QStringLiteral("org.kde.StatusNotifierWatcher"),
+                                       QStringLiteral("StatusNotifierItemUnregistered"));
+        signal << id;
+        connection_.send(signal);
     }
 
     QStringList registered;

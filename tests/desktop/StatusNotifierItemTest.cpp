@@ -312,6 +312,20 @@ TEST_F(StatusNotifierItemBus, RegistersWithEveryNewWatcherOwner) {
     EXPECT_EQ(first.registered.size(), 1);
 }
 
+TEST_F(StatusNotifierItemBus, RegistersAgainWhenTheHostDropsIt) {
+    testing::FakeStatusNotifierWatcher watcher(bus.connect());
+    ASSERT_TRUE(item->start());
+    ASSERT_TRUE(waitFor([&] { return item->isRegistered(); }));
+    // Another item dropped: nothing to do.
+    watcher.drop(QStringLiteral("org.kde.StatusNotifierItem-1-1"));
+    // This one, named as GNOME names items: asked again after a pause.
+    watcher.drop(itemBus.baseService() + QStringLiteral("@/StatusNotifierItem"));
+    ASSERT_TRUE(waitFor([&] { return watcher.registered.size() == 2; }, 3000));
+    EXPECT_TRUE(waitFor([&] { return item->isRegistered(); }));
+    waitFor([] { return false; }, 100);
+    EXPECT_EQ(watcher.registered.size(), 2);
+}
+
 TEST_F(StatusNotifierItemBus, StartsWithoutWatcher) {
     QSignalSpy present(item.get(), &StatusNotifierItem::watcherPresentChanged);
     ASSERT_TRUE(item->start());

@@ -164,19 +164,25 @@ void StatusItemController::render() {
         LiveIcon::levels(chipList, metrics.cpuUsage, metrics.memoryPercentage);
 
     const bool labelChanged = item_->setLabel(line, labelGuide(settings, metrics));
-    StatusNotifierIconPixmaps pixmaps;
+    // The image is drawn only when what it shows changed: most ticks move no bar by a pixel.
+    bool iconChanged = false;
     if (shape_ == IconShape::wide) {
-        const QList<LabelImagePiece> pieces =
+        QList<LabelImagePiece> pieces =
             settings.style == MenuBarDisplayStyle::textOnly
                 ? LabelImage::textPieces(line)
                 : LabelImage::pieces(chipList, settings.style, settings.separator);
-        pixmaps.append(
-            iconPixmap(LabelImage::render(pieces, kWideHeight, labelFont(), kWideTextColor)));
-    } else {
+        if (pieces != drawnPieces_ || item_->iconPixmaps().isEmpty()) {
+            drawnPieces_ = std::move(pieces);
+            iconChanged = item_->setIconPixmaps({iconPixmap(
+                LabelImage::render(drawnPieces_, kWideHeight, labelFont(), kWideTextColor))});
+        }
+    } else if (levels != drawnLevels_ || item_->iconPixmaps().isEmpty()) {
+        drawnLevels_ = levels;
+        StatusNotifierIconPixmaps pixmaps;
         for (const int size : kSquareSizes)
             pixmaps.append(iconPixmap(LiveIcon::render(size, levels)));
+        iconChanged = item_->setIconPixmaps(pixmaps);
     }
-    const bool iconChanged = item_->setIconPixmaps(pixmaps);
     item_->setToolTip(QStringLiteral("lumetra"), metricsTooltip(metrics, monitor_.diskVolumes()));
     // The tooltip's rates move on every tick; announce it only with a visible change.
     if (labelChanged || iconChanged)

@@ -46,7 +46,7 @@ StatusItemController::StatusItemController(SystemMonitor& monitor, SettingsStore
     connect(menu_.get(), &DBusMenu::triggered, this, &StatusItemController::menuTriggered);
 
     item_ = std::make_unique<StatusNotifierItem>(
-        options_.bus.value_or(QDBusConnection::sessionBus()), *menu_);
+        options_.bus ? *options_.bus : QDBusConnection::sessionBus(), *menu_);
     item_->setToolTip(QStringLiteral("lumetra"), {});
     connect(item_.get(), &StatusNotifierItem::activateRequested, this,
             &StatusItemController::activate);
@@ -163,7 +163,7 @@ void StatusItemController::render() {
     const QList<std::optional<double>> levels =
         LiveIcon::levels(chipList, metrics.cpuUsage, metrics.memoryPercentage);
 
-    const bool labelChanged = item_->setLabel(line, labelGuide(settings, metrics));
+    item_->setLabel(line, labelGuide(settings, metrics));
     // The image is drawn only when what it shows changed: most ticks move no bar by a pixel.
     bool iconChanged = false;
     if (shape_ == IconShape::wide) {
@@ -184,8 +184,10 @@ void StatusItemController::render() {
         iconChanged = item_->setIconPixmaps(pixmaps);
     }
     item_->setToolTip(QStringLiteral("lumetra"), metricsTooltip(metrics, monitor_.diskVolumes()));
-    // The tooltip's rates move on every tick; announce it only with a visible change.
-    if (labelChanged || iconChanged)
+    // The tooltip's figures move on every tick, and a tray that shows tooltips reads the
+    // whole item again on NewToolTip (xfce4-panel: some 6 kB); announce it with a new icon
+    // only, the change those trays draw. Hosts that ask in between get the current text.
+    if (iconChanged)
         item_->announceToolTip();
 
     if (tray_) {

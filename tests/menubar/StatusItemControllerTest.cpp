@@ -281,11 +281,16 @@ TEST_F(StatusItemControllerBus, SameFiguresSendNothing) {
     sample(14, 470);
     settle();
     EXPECT_EQ(drained(), QStringList());
-    // A new figure: the label once, and the tooltip with it; the bars stay at the same pixel.
+    // A new figure: the label once; the bars stay at the same pixel, so no icon and no
+    // tooltip either.
     sample(15, 470);
     settle();
-    EXPECT_EQ(drained(),
-              (QStringList{QStringLiteral("XAyatanaNewLabel"), QStringLiteral("NewToolTip")}));
+    EXPECT_EQ(drained(), QStringList{QStringLiteral("XAyatanaNewLabel")});
+    // A bar moves: the icon, and the tooltip with it.
+    sample(60, 470);
+    settle();
+    EXPECT_EQ(drained(), (QStringList{QStringLiteral("XAyatanaNewLabel"), QStringLiteral("NewIcon"),
+                                      QStringLiteral("NewToolTip")}));
 }
 
 TEST_F(StatusItemControllerBus, BurstRendersOnceWithTheLastFigures) {

@@ -103,10 +103,13 @@ printed=$("$lumetra" --print 2>/dev/null)
 bar_shows_label gnome-before-load.png || fail "the top bar does not show the label before the load"
 idle_label=$before
 echo "$(($(now_ms) - t_start)) ms: before the load the top bar shows '$idle_label'"
-python3 -c 'import time; b = b"x" * (1 << 30); time.sleep(30)' &
+python3 -c 'import sys, time; b = b"x" * (1 << 30); open(sys.argv[1], "w").close(); time.sleep(30)' "$work/held" &
 load=$!
 sh -c 'while :; do :; done' &
 load="$load $!"
+wait_until 10 test -e "$work/held" || fail "the memory load never started"
+# One tick, so the next reading sees the load.
+sleep 1.2
 # The load moves the figures (on a shared machine other processes may move them too, even the
 # other way: what counts is that the top bar follows).
 label_moved() { [ "$(item_label)" != "$idle_label" ]; }

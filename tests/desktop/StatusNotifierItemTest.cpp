@@ -283,6 +283,15 @@ TEST_F(StatusNotifierItemBus, ActivateReportsThePoint) {
         call(StatusNotifierItem::objectPathName(), kItem, QStringLiteral("Activate"), {120, 7});
     EXPECT_EQ(reply.type(), QDBusMessage::ReplyMessage);
     call(StatusNotifierItem::objectPathName(), kItem, QStringLiteral("SecondaryActivate"), {5, 6});
+    // A call the item does not have, or with other arguments, is an error and no click.
+    EXPECT_EQ(call(StatusNotifierItem::objectPathName(), kItem, QStringLiteral("Activate"), {1})
+                  .errorName()
+                  .toStdString(),
+              "org.freedesktop.DBus.Error.UnknownMethod");
+    EXPECT_EQ(call(StatusNotifierItem::objectPathName(), kItem, QStringLiteral("Provide"), {})
+                  .errorName()
+                  .toStdString(),
+              "org.freedesktop.DBus.Error.UnknownMethod");
     ASSERT_EQ(activated.count(), 1);
     EXPECT_EQ(activated.front().front().toPoint(), QPoint(120, 7));
     EXPECT_EQ(secondary.count(), 1);

@@ -2,7 +2,8 @@
 # What the panel app costs at idle: CPU (% of one core, from /proc/PID/stat) and resident
 # memory over MEASURE seconds (default 60) at the 1 s interval, first with the popover closed,
 # then open. It runs on a virtual X server with a private session bus, in xfce4-panel's status
-# tray when that is installed (so the item and its label are live), else with no panel at all.
+# tray when that is installed (so the item and its label are live), else (or with
+# LUMETRA_MEASURE_HOST=none) with no panel at all.
 # Budget with the popover closed: at most 0.5 % and 80 MB (the aim 0.25 % and 60 MB).
 #   scripts/measure-idle.sh [path/to/lumetra]       (default: build/lumetra)
 set -euo pipefail
@@ -32,7 +33,7 @@ ticks() { awk '{print $14 + $15}' "/proc/$1/stat"; }
 rss_mb() { awk '/^VmRSS/{printf "%.1f", $2 / 1024}' "/proc/$1/status"; }
 
 host="no panel"
-if command -v xfce4-panel >/dev/null; then
+if [ "${LUMETRA_MEASURE_HOST:-xfce}" != none ] && command -v xfce4-panel >/dev/null; then
     channel="$XDG_CONFIG_HOME/xfce4/xfconf/xfce-perchannel-xml"
     mkdir -p "$channel"
     cat >"$channel/xfce4-panel.xml" <<'XML'

@@ -74,7 +74,13 @@ bool StatusNotifierDBusObject::handleMessage(const QDBusMessage& message,
     }
     if (!message.interface().isEmpty() && message.interface() != interface_)
         return false;
-    return handleMethod(message, connection);
+    if (handleMethod(message, connection))
+        return true;
+    connection.send(message.createErrorReply(
+        QStringLiteral("org.freedesktop.DBus.Error.UnknownMethod"),
+        QStringLiteral("No method \"%1\" with signature \"%2\" in interface \"%3\"")
+            .arg(message.member(), message.signature(), interface_)));
+    return true;
 }
 
 bool StatusNotifierDBusObject::handleProperties(const QDBusMessage& message,

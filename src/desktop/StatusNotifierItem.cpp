@@ -101,13 +101,37 @@ bool StatusNotifierItem::start() {
             [this](const QString&, const QString&, const QString& newOwner) {
                 watcherOwnerChanged(newOwner);
             });
+    // A host that drops the item while it still runs (GNOME's extension does when the item
+    // registered while it was itself still starting) is asked again, a few times.
+    connection_.connect(watcherService(), QStringLiteral("/StatusNotifierWatcher"),
+                        watcherService(), QStringLiteral("StatusNotifierItemUnregistered"), this,
+                        SLOT(itemUnregistered(QString)));
+    retryTimer_.setSingleShot(true);
+    connect(&retryTimer_, &QTimer::timeout, this, [this] {
+        if (watcherPresent_)
+            registerWithWatcher();
+    });
     const QDBusReply<bool> present = connection_.interface()->isServiceRegistered(watcherService());
     watcherOwnerChanged(present.isValid() && present.value() ? QStringLiteral("present")
                                                              : QString());
     return true;
 }
 
+void StatusNotifierItem::itemUnregistered(const QString& service) {
+    // Watchers name items by bus name, "name/path" or "name@path".
+    const QString unique = connection_.baseService();
+    const bool ours = service == service_ || service.startsWith(service_ + u'/') ||
+                      service.startsWith(unique + u'@') || service.startsWith(unique + u'/');
+    if (!ours || !watcherPresent_ || retries_ >= kMaxRetries)
+        return;
+    ++retries_;
+    setRegistered(false);
+    retryTimer_.start(kRetryDelayMs);
+}
+
 void StatusNotifierItem::watcherOwnerChanged(const QString& newOwner) {
+    retries_ = 0;
+    retryTimer_.stop();
     setRegistered(false);
     setWatcherPresent(!newOwner.isEmpty());
     if (!newOwner.isEmpty())

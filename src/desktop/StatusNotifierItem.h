@@ -68,7 +68,13 @@ protected:
     QVariantMap properties() const override;
     bool handleMethod(const QDBusMessage& message, const QDBusConnection& connection) override;
 
+private slots:
+    void itemUnregistered(const QString& service);
+
 private:
+    static constexpr int kMaxRetries = 3;
+    static constexpr int kRetryDelayMs = 1000;
+
     void watcherOwnerChanged(const QString& newOwner);
     void registerWithWatcher();
     void setWatcherPresent(bool present);
@@ -89,6 +95,8 @@ private:
     QString toolTipTitle_;
     QString toolTipText_;
     bool toolTipAnnounced_ = true;
+    QTimer retryTimer_;
+    int retries_ = 0;
 };
 
 } // namespace lumetra

@@ -46,7 +46,7 @@ StatusItemController::StatusItemController(SystemMonitor& monitor, SettingsStore
     connect(menu_.get(), &DBusMenu::triggered, this, &StatusItemController::menuTriggered);
 
     item_ = std::make_unique<StatusNotifierItem>(
-        options_.bus.value_or(QDBusConnection::sessionBus()), *menu_);
+        options_.bus ? *options_.bus : QDBusConnection::sessionBus(), *menu_);
     item_->setToolTip(QStringLiteral("lumetra"), {});
     connect(item_.get(), &StatusNotifierItem::activateRequested, this,
             &StatusItemController::activate);
@@ -163,23 +163,31 @@ void StatusItemController::render() {
     const QList<std::optional<double>> levels =
         LiveIcon::levels(chipList, metrics.cpuUsage, metrics.memoryPercentage);
 
-    const bool labelChanged = item_->setLabel(line, labelGuide(settings, metrics));
-    StatusNotifierIconPixmaps pixmaps;
+    item_->setLabel(line, labelGuide(settings, metrics));
+    // The image is drawn only when what it shows changed: most ticks move no bar by a pixel.
+    bool iconChanged = false;
     if (shape_ == IconShape::wide) {
-        const QList<LabelImagePiece> pieces =
+        QList<LabelImagePiece> pieces =
             settings.style == MenuBarDisplayStyle::textOnly
                 ? LabelImage::textPieces(line)
                 : LabelImage::pieces(chipList, settings.style, settings.separator);
-        pixmaps.append(
-            iconPixmap(LabelImage::render(pieces, kWideHeight, labelFont(), kWideTextColor)));
-    } else {
+        if (pieces != drawnPieces_ || item_->iconPixmaps().isEmpty()) {
+            drawnPieces_ = std::move(pieces);
+            iconChanged = item_->setIconPixmaps({iconPixmap(
+                LabelImage::render(drawnPieces_, kWideHeight, labelFont(), kWideTextColor))});
+        }
+    } else if (levels != drawnLevels_ || item_->iconPixmaps().isEmpty()) {
+        drawnLevels_ = levels;
+        StatusNotifierIconPixmaps pixmaps;
         for (const int size : kSquareSizes)
             pixmaps.append(iconPixmap(LiveIcon::render(size, levels)));
+        iconChanged = item_->setIconPixmaps(pixmaps);
     }
-    const bool iconChanged = item_->setIconPixmaps(pixmaps);
     item_->setToolTip(QStringLiteral("lumetra"), metricsTooltip(metrics, monitor_.diskVolumes()));
-    // The tooltip's rates move on every tick; announce it only with a visible change.
-    if (labelChanged || iconChanged)
+    // The tooltip's figures move on every tick, and a tray that shows tooltips reads the
+    // whole item again on NewToolTip (xfce4-panel: some 6 kB); announce it with a new icon
+    // only, the change those trays draw. Hosts that ask in between get the current text.
+    if (iconChanged)
         item_->announceToolTip();
 
     if (tray_) {

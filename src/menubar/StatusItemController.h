@@ -2,6 +2,7 @@
 
 #include "desktop/StatusNotifierIconPixmap.h"
 #include "format/LabelSettings.h"
+#include "menubar/LabelImage.h"
 #include "model/SystemMetrics.h"
 
 #include <QDBusConnection>
@@ -111,6 +112,9 @@ private:
     std::unique_ptr<QMenu> trayMenu_;
     QTimer fallbackTimer_;
     bool renderQueued_ = false;
+    // What the item's image shows now, so an unchanged label is not drawn again.
+    QList<std::optional<double>> drawnLevels_;
+    QList<LabelImagePiece> drawnPieces_;
     QString trayToolTip_;
     QList<std::optional<double>> trayLevels_;
     QImage trayImage_;

@@ -1,6 +1,7 @@
 #include "desktop/StatusNotifierItem.h"
 #include "desktop/DBusMenu.h"
 #include "desktop/DBusSignalRecorder.h"
+#include "desktop/FakeStatusNotifierWatcher.h"
 #include "desktop/PrivateSessionBus.h"
 
 #include <QDBusArgument>
@@ -71,18 +72,6 @@ TEST(StatusNotifierIconPixmapTest, MarshalsAsListOfIntIntBytes) {
 }
 
 // ---- the item on a private bus -------------------------------------------------------
-
-// A StatusNotifierWatcher as panels run it, counting registrations.
-class FakeWatcher : public QObject {
-    Q_OBJECT
-    Q_CLASSINFO("D-Bus Interface", "org.kde.StatusNotifierWatcher")
-
-public:
-    QStringList registered;
-
-public slots:
-    void RegisterStatusNotifierItem(const QString& service) { registered.append(service); }
-};
 
 class StatusNotifierItemBus : public ::testing::Test {
 protected:
@@ -294,6 +283,15 @@ TEST_F(StatusNotifierItemBus, ActivateReportsThePoint) {
         call(StatusNotifierItem::objectPathName(), kItem, QStringLiteral("Activate"), {120, 7});
     EXPECT_EQ(reply.type(), QDBusMessage::ReplyMessage);
     call(StatusNotifierItem::objectPathName(), kItem, QStringLiteral("SecondaryActivate"), {5, 6});
+    // A call the item does not have, or with other arguments, is an error and no click.
+    EXPECT_EQ(call(StatusNotifierItem::objectPathName(), kItem, QStringLiteral("Activate"), {1})
+                  .errorName()
+                  .toStdString(),
+              "org.freedesktop.DBus.Error.UnknownMethod");
+    EXPECT_EQ(call(StatusNotifierItem::objectPathName(), kItem, QStringLiteral("Provide"), {})
+                  .errorName()
+                  .toStdString(),
+              "org.freedesktop.DBus.Error.UnknownMethod");
     ASSERT_EQ(activated.count(), 1);
     EXPECT_EQ(activated.front().front().toPoint(), QPoint(120, 7));
     EXPECT_EQ(secondary.count(), 1);
@@ -303,31 +301,38 @@ TEST_F(StatusNotifierItemBus, ActivateReportsThePoint) {
 
 TEST_F(StatusNotifierItemBus, RegistersWithEveryNewWatcherOwner) {
     // The panel runs before lumetra starts.
-    QDBusConnection firstPanel = bus.connect();
-    FakeWatcher first;
-    ASSERT_TRUE(firstPanel.registerObject(QStringLiteral("/StatusNotifierWatcher"), &first,
-                                          QDBusConnection::ExportAllSlots));
-    ASSERT_TRUE(firstPanel.registerService(StatusNotifierItem::watcherService()));
-
+    testing::FakeStatusNotifierWatcher first(bus.connect());
+    ASSERT_TRUE(first.ownsName());
     ASSERT_TRUE(item->start());
     ASSERT_TRUE(waitFor([&] { return item->isRegistered(); }));
     EXPECT_EQ(first.registered, QStringList{item->serviceName()});
     EXPECT_TRUE(item->isWatcherPresent());
 
     // The panel quits: no watcher.
-    firstPanel.unregisterService(StatusNotifierItem::watcherService());
+    first.quit();
     ASSERT_TRUE(waitFor([&] { return !item->isWatcherPresent(); }));
     EXPECT_FALSE(item->isRegistered());
 
     // A restarted panel: a new owner of the name gets the item again, once.
-    QDBusConnection secondPanel = bus.connect();
-    FakeWatcher second;
-    ASSERT_TRUE(secondPanel.registerObject(QStringLiteral("/StatusNotifierWatcher"), &second,
-                                           QDBusConnection::ExportAllSlots));
-    ASSERT_TRUE(secondPanel.registerService(StatusNotifierItem::watcherService()));
+    testing::FakeStatusNotifierWatcher second(bus.connect());
+    ASSERT_TRUE(second.ownsName());
     ASSERT_TRUE(waitFor([&] { return item->isRegistered(); }));
     EXPECT_EQ(second.registered, QStringList{item->serviceName()});
     EXPECT_EQ(first.registered.size(), 1);
+}
+
+TEST_F(StatusNotifierItemBus, RegistersAgainWhenTheHostDropsIt) {
+    testing::FakeStatusNotifierWatcher watcher(bus.connect());
+    ASSERT_TRUE(item->start());
+    ASSERT_TRUE(waitFor([&] { return item->isRegistered(); }));
+    // Another item dropped: nothing to do.
+    watcher.drop(QStringLiteral("org.kde.StatusNotifierItem-1-1"));
+    // This one, named as GNOME names items: asked again after a pause.
+    watcher.drop(itemBus.baseService() + QStringLiteral("@/StatusNotifierItem"));
+    ASSERT_TRUE(waitFor([&] { return watcher.registered.size() == 2; }, 3000));
+    EXPECT_TRUE(waitFor([&] { return item->isRegistered(); }));
+    waitFor([] { return false; }, 100);
+    EXPECT_EQ(watcher.registered.size(), 2);
 }
 
 TEST_F(StatusNotifierItemBus, StartsWithoutWatcher) {
@@ -418,5 +423,3 @@ TEST_F(StatusNotifierItemBus, UnknownMenuPropertyIsUnknownProperty) {
 
 } // namespace
 } // namespace lumetra
-
-#include "StatusNotifierItemTest.moc"

@@ -54,8 +54,12 @@ start_panel() {
     wait_until 15 has_owner org.kde.StatusNotifierWatcher || { cat "$work/panel.log"; fail "the panel's watcher never appeared"; }
 }
 start_panel
-sleep 0.5
-import -window root -crop 1024x32+0+0 "$work/before.png"
+# The empty panel, once it is drawn (the bare screen is black).
+panel_drawn() {
+    import -window root -crop 1024x32+0+0 "$work/before.png" &&
+        [ "$(/usr/bin/convert "$work/before.png" -format '%[fx:mean > 0.3]' info:)" = 1 ]
+}
+wait_until 10 panel_drawn || fail "the panel never drew itself"
 
 t0=$(now_ms)
 "$lumetra" >"$work/app.log" 2>&1 &
@@ -93,6 +97,8 @@ set -- $(/usr/bin/convert "$work/before.png" "$work/after.png" -compose differen
     -threshold 5% -trim -format '%w %h %[fx:page.x] %[fx:page.y]' info:)
 ix=$(($3 + $1 / 2)) iy=$(($4 + $2 / 2))
 echo "icon drawn at ${1}x${2}+${3}+${4}"
+[ "$1" -ge 8 ] && [ "$1" -le 48 ] && [ "$2" -ge 8 ] && [ "$2" -le 32 ] ||
+    fail "what changed in the panel (${1}x${2}) is not an icon"
 xdotool mousemove $ix $iy click 1
 wait_until 3 popover_of "$app" >/dev/null || fail "no popover after a click on the icon"
 set -- $(geometry "$(popover_of "$app")")

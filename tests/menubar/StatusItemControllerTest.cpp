@@ -2,6 +2,7 @@
 #include "core/SystemMonitor.h"
 #include "desktop/DBusMenu.h"
 #include "desktop/DBusSignalRecorder.h"
+#include "desktop/FakeStatusNotifierWatcher.h"
 #include "desktop/PrivateSessionBus.h"
 #include "desktop/StatusNotifierItem.h"
 #include "menubar/LabelImage.h"
@@ -10,7 +11,9 @@
 #include "support/Cases.h"
 
 #include <QDBusMessage>
+#include <QMenu>
 #include <QSignalSpy>
+#include <QSystemTrayIcon>
 
 #include <gtest/gtest.h>
 
@@ -278,11 +281,16 @@ TEST_F(StatusItemControllerBus, SameFiguresSendNothing) {
     sample(14, 470);
     settle();
     EXPECT_EQ(drained(), QStringList());
-    // A new figure: the label once, and the tooltip with it; the bars stay at the same pixel.
+    // A new figure: the label once; the bars stay at the same pixel, so no icon and no
+    // tooltip either.
     sample(15, 470);
     settle();
-    EXPECT_EQ(drained(),
-              (QStringList{QStringLiteral("XAyatanaNewLabel"), QStringLiteral("NewToolTip")}));
+    EXPECT_EQ(drained(), QStringList{QStringLiteral("XAyatanaNewLabel")});
+    // A bar moves: the icon, and the tooltip with it.
+    sample(60, 470);
+    settle();
+    EXPECT_EQ(drained(), (QStringList{QStringLiteral("XAyatanaNewLabel"), QStringLiteral("NewIcon"),
+                                      QStringLiteral("NewToolTip")}));
 }
 
 TEST_F(StatusItemControllerBus, BurstRendersOnceWithTheLastFigures) {
@@ -331,6 +339,35 @@ TEST_F(StatusItemControllerBus, MenuEntriesBecomeRequests) {
     EXPECT_EQ(dashboard.count(), 1);
     EXPECT_EQ(settings.count(), 2);
     EXPECT_EQ(quit.count(), 1);
+}
+
+TEST(StatusItemFallback, TrayIconStandsInWhileNoWatcherRuns) {
+    PrivateSessionBus bus;
+    if (!bus.available())
+        GTEST_SKIP() << "no dbus-daemon to run a private bus";
+    testing::LoadedStore store;
+    SystemMonitor monitor{SystemMonitor::Providers{}, 60, 60};
+    StatusItemController::Options options;
+    options.bus = bus.connect();
+    options.iconShape = Shape::square;
+    options.fallbackDelayMs = 20;
+    StatusItemController controller(monitor, store.store, options);
+
+    // No watcher at start: the tray icon at once, with the label as its tooltip.
+    ASSERT_NE(controller.trayIcon(), nullptr);
+    EXPECT_TRUE(controller.trayIcon()->isVisible());
+    EXPECT_EQ(controller.trayIcon()->toolTip(), controller.item()->label());
+    EXPECT_EQ(controller.trayIcon()->contextMenu()->actions().size(), 3);
+
+    // A panel with a watcher starts: the D-Bus item takes over.
+    auto watcher = std::make_unique<testing::FakeStatusNotifierWatcher>(bus.connect());
+    ASSERT_TRUE(waitFor([&] { return controller.item()->isRegistered(); }));
+    EXPECT_FALSE(controller.trayIcon()->isVisible());
+    EXPECT_EQ(watcher->registered, QStringList{controller.item()->serviceName()});
+
+    // It quits and does not come back: the tray icon again, after the grace period.
+    watcher->quit();
+    ASSERT_TRUE(waitFor([&] { return controller.trayIcon()->isVisible(); }));
 }
 
 } // namespace

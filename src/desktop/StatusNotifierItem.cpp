@@ -12,6 +12,9 @@
 #include <QDBusPendingCallWatcher>
 #include <QDBusPendingReply>
 #include <QDBusServiceWatcher>
+#include <QDBusVariant>
+
+#include <algorithm>
 
 namespace lumetra {
 
@@ -117,14 +120,19 @@ bool StatusNotifierItem::start() {
     return true;
 }
 
-void StatusNotifierItem::itemUnregistered(const QString& service) {
+bool StatusNotifierItem::namesThisItem(const QString& entry) const {
     // Watchers name items by bus name, "name/path" or "name@path".
     const QString unique = connection_.baseService();
-    const bool ours = service == service_ || service.startsWith(service_ + u'/') ||
-                      service.startsWith(unique + u'@') || service.startsWith(unique + u'/');
-    if (!ours || !watcherPresent_ || retries_ >= kMaxRetries)
+    return entry == service_ || entry.startsWith(service_ + u'/') ||
+           entry.startsWith(service_ + u'@') || entry.startsWith(unique + u'@') ||
+           entry.startsWith(unique + u'/');
+}
+
+void StatusNotifierItem::itemUnregistered(const QString& service) {
+    if (!namesThisItem(service) || !watcherPresent_ || retries_ >= kMaxRetries)
         return;
     ++retries_;
+    qCInfo(logUi).noquote() << "the panel dropped lumetra's item; registering it again";
     setRegistered(false);
     retryTimer_.start(kRetryDelayMs);
 }
@@ -139,6 +147,31 @@ void StatusNotifierItem::watcherOwnerChanged(const QString& newOwner) {
 }
 
 void StatusNotifierItem::registerWithWatcher() {
+    // A watcher may have found the item by itself (GNOME's extension looks for items on the
+    // bus when it starts), and registering it again there makes it rebuild the item, which
+    // can fail: ask first.
+    QDBusMessage get = QDBusMessage::createMethodCall(
+        watcherService(), QStringLiteral("/StatusNotifierWatcher"),
+        QStringLiteral("org.freedesktop.DBus.Properties"), QStringLiteral("Get"));
+    get << watcherService() << QStringLiteral("RegisteredStatusNotifierItems");
+    auto* pending = new QDBusPendingCallWatcher(connection_.asyncCall(get), this);
+    connect(pending, &QDBusPendingCallWatcher::finished, this,
+            [this](QDBusPendingCallWatcher* finished) {
+                finished->deleteLater();
+                const QDBusPendingReply<QDBusVariant> reply = *finished;
+                const QStringList items =
+                    reply.isError() ? QStringList() : reply.value().variant().toStringList();
+                if (!watcherPresent_)
+                    return;
+                if (std::any_of(items.begin(), items.end(),
+                                [this](const QString& entry) { return namesThisItem(entry); }))
+                    setRegistered(true);
+                else
+                    callRegister();
+            });
+}
+
+void StatusNotifierItem::callRegister() {
     QDBusMessage call = QDBusMessage::createMethodCall(
         watcherService(), QStringLiteral("/StatusNotifierWatcher"), watcherService(),
         QStringLiteral("RegisterStatusNotifierItem"));

@@ -77,6 +77,8 @@ private:
 
     void watcherOwnerChanged(const QString& newOwner);
     void registerWithWatcher();
+    void callRegister();
+    bool namesThisItem(const QString& entry) const;
     void setWatcherPresent(bool present);
     void setRegistered(bool registered);
 

@@ -321,6 +321,22 @@ TEST_F(StatusNotifierItemBus, RegistersWithEveryNewWatcherOwner) {
     EXPECT_EQ(first.registered.size(), 1);
 }
 
+TEST_F(StatusNotifierItemBus, AWatcherThatFoundTheItemIsNotAskedAgain) {
+    // GNOME's extension lists items it found on the bus as "name" or ":1.N@/path".
+    for (const bool byUniqueName : {false, true}) {
+        SCOPED_TRACE(byUniqueName);
+        item = std::make_unique<StatusNotifierItem>(itemBus, menu);
+        const QString listed = byUniqueName
+                                   ? itemBus.baseService() + QStringLiteral("@/StatusNotifierItem")
+                                   : item->serviceName();
+        testing::FakeStatusNotifierWatcher watcher(bus.connect(), {listed});
+        ASSERT_TRUE(item->start());
+        ASSERT_TRUE(waitFor([&] { return item->isRegistered(); }));
+        EXPECT_EQ(watcher.registered, QStringList());
+        item.reset();
+    }
+}
+
 TEST_F(StatusNotifierItemBus, RegistersAgainWhenTheHostDropsIt) {
     testing::FakeStatusNotifierWatcher watcher(bus.connect());
     ASSERT_TRUE(item->start());

@@ -175,7 +175,11 @@ void StatusNotifierItem::callRegister() {
     QDBusMessage call = QDBusMessage::createMethodCall(
         watcherService(), QStringLiteral("/StatusNotifierWatcher"), watcherService(),
         QStringLiteral("RegisterStatusNotifierItem"));
-    call << service_;
+    // Register the object path, not the bus name: the watcher then names the item by our unique
+    // name. GNOME's AppIndicator extension watches a registered well-known name too, and when
+    // that watch fires after its first read of the item it compares against a reset cache and
+    // drops the item.
+    call << objectPathName();
     auto* pending = new QDBusPendingCallWatcher(connection_.asyncCall(call), this);
     connect(pending, &QDBusPendingCallWatcher::finished, this,
             [this](QDBusPendingCallWatcher* finished) {

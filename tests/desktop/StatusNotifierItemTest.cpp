@@ -305,7 +305,7 @@ TEST_F(StatusNotifierItemBus, RegistersWithEveryNewWatcherOwner) {
     ASSERT_TRUE(first.ownsName());
     ASSERT_TRUE(item->start());
     ASSERT_TRUE(waitFor([&] { return item->isRegistered(); }));
-    EXPECT_EQ(first.registered, QStringList{item->serviceName()});
+    EXPECT_EQ(first.registered, QStringList{StatusNotifierItem::objectPathName()});
     EXPECT_TRUE(item->isWatcherPresent());
 
     // The panel quits: no watcher.
@@ -317,7 +317,7 @@ TEST_F(StatusNotifierItemBus, RegistersWithEveryNewWatcherOwner) {
     testing::FakeStatusNotifierWatcher second(bus.connect());
     ASSERT_TRUE(second.ownsName());
     ASSERT_TRUE(waitFor([&] { return item->isRegistered(); }));
-    EXPECT_EQ(second.registered, QStringList{item->serviceName()});
+    EXPECT_EQ(second.registered, QStringList{StatusNotifierItem::objectPathName()});
     EXPECT_EQ(first.registered.size(), 1);
 }
 

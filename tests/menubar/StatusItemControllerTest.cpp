@@ -363,7 +363,7 @@ TEST(StatusItemFallback, TrayIconStandsInWhileNoWatcherRuns) {
     auto watcher = std::make_unique<testing::FakeStatusNotifierWatcher>(bus.connect());
     ASSERT_TRUE(waitFor([&] { return controller.item()->isRegistered(); }));
     EXPECT_FALSE(controller.trayIcon()->isVisible());
-    EXPECT_EQ(watcher->registered, QStringList{controller.item()->serviceName()});
+    EXPECT_EQ(watcher->registered, QStringList{StatusNotifierItem::objectPathName()});
 
     // It quits and does not come back: the tray icon again, after the grace period.
     watcher->quit();

@@ -1,8 +1,8 @@
 #include "samplers/network/NetworkMonitor.h"
 
 #include "model/Logging.h"
-#include "samplers/network/NetworkInterfaceState.h"
 #include "samplers/kernel/TextScan.h"
+#include "samplers/network/NetworkInterfaceState.h"
 
 #include <algorithm>
 #include <cerrno>
@@ -116,11 +116,9 @@ const char* NetworkMonitor::refreshInterfaces() {
 }
 
 void NetworkMonitor::reportFailure(const char* why) {
-    if (failureReported_)
-        return;
-    failureReported_ = true;
-    qCCritical(logMonitoring, "getifaddrs failed");
-    qCWarning(logMonitoring, "%s: %s", directory_.c_str(), why);
+    if (failure_.failed())
+        qCCritical(logMonitoring, "%.*s: %s", static_cast<int>(directory_.size() - 1),
+                   directory_.c_str(), why); // without the trailing slash
 }
 
 namespace {
@@ -146,7 +144,7 @@ std::optional<NetworkCounterSample> NetworkMonitor::currentCounters() {
         reportFailure(why);
         return std::nullopt;
     }
-    failureReported_ = false;
+    failure_.recovered();
 
     NetworkCounterSample sample;
     sample.timestamp = now_();

@@ -5,11 +5,7 @@
 #include "dashboard/DashboardView.h"
 #include "format/LabelSettings.h"
 #include "menubar/MenuBarLabelView.h"
-#include "samplers/cpu/CPUMonitor.h"
-#include "samplers/disk/DiskMonitor.h"
-#include "samplers/memory/MemoryMonitor.h"
-#include "samplers/network/NetworkMonitor.h"
-#include "samplers/temperature/AppleSiliconTemperatureProvider.h"
+#include "samplers/kernel/KernelRoots.h"
 #include "settings/SettingsStore.h"
 #include "settings/UserDefaults.h"
 
@@ -144,12 +140,8 @@ int SnapshotCommand::run(int argc, char* argv[], const SnapshotOptions& options)
     if (options.style)
         settings.setMetricCardStyle(*options.style);
     const KernelRoots roots;
-    SystemMonitor monitor(
-        {std::make_shared<CPUMonitor>(roots), std::make_shared<MemoryMonitor>(roots),
-         std::make_shared<NetworkMonitor>(roots),
-         std::make_shared<AppleSiliconTemperatureProvider>(roots),
-         std::make_shared<DiskMonitor>(roots)},
-        seconds(settings.updateInterval()), seconds(settings.temperatureInterval()));
+    SystemMonitor monitor(SystemMonitor::liveProviders(roots), seconds(settings.updateInterval()),
+                          seconds(settings.temperatureInterval()));
 
     DashboardView view(monitor, settings);
     // The desktop's font, but a fixed accent: the picture should not depend on the theme

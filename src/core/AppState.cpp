@@ -6,12 +6,7 @@
 #include "desktop/LoginItemService.h"
 #include "model/AppId.h"
 #include "model/Logging.h"
-#include "samplers/temperature/TemperatureProvider.h"
-#include "samplers/cpu/CPUMonitor.h"
-#include "samplers/disk/DiskMonitor.h"
-#include "samplers/memory/MemoryMonitor.h"
 #include "samplers/disk/MountWatcher.h"
-#include "samplers/network/NetworkMonitor.h"
 #include "settings/SettingsStore.h"
 #include "updates/UpdateService.h"
 
@@ -27,13 +22,9 @@ namespace {
 
 std::unique_ptr<SystemMonitor> defaultMonitor(const SettingsStore& settings) {
     const KernelRoots roots;
-    return std::make_unique<SystemMonitor>(
-        SystemMonitor::Providers{std::make_shared<CPUMonitor>(roots),
-                                 std::make_shared<MemoryMonitor>(roots),
-                                 std::make_shared<NetworkMonitor>(roots),
-                                 std::make_shared<TemperatureProvider>(roots),
-                                 std::make_shared<DiskMonitor>(roots)},
-        seconds(settings.updateInterval()), seconds(settings.temperatureInterval()));
+    return std::make_unique<SystemMonitor>(SystemMonitor::liveProviders(roots),
+                                           seconds(settings.updateInterval()),
+                                           seconds(settings.temperatureInterval()));
 }
 
 constexpr auto kSupportPromptDelay = std::chrono::milliseconds(2000);

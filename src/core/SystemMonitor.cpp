@@ -1,6 +1,18 @@
 #include "core/SystemMonitor.h"
 
+#include "samplers/cpu/CPUMonitor.h"
+#include "samplers/disk/DiskMonitor.h"
+#include "samplers/memory/MemoryMonitor.h"
+#include "samplers/network/NetworkMonitor.h"
+#include "samplers/temperature/TemperatureProvider.h"
+
 namespace lumetra {
+
+SystemMonitor::Providers SystemMonitor::liveProviders(const KernelRoots& roots) {
+    return {std::make_shared<CPUMonitor>(roots), std::make_shared<MemoryMonitor>(roots),
+            std::make_shared<NetworkMonitor>(roots), std::make_shared<TemperatureProvider>(roots),
+            std::make_shared<DiskMonitor>(roots)};
+}
 
 namespace {
 

@@ -6,6 +6,10 @@
 #include "model/SystemMetrics.h"
 #include "samplers/temperature/TemperatureProviding.h"
 
+namespace lumetra {
+class KernelRoots;
+}
+
 #include <functional>
 #include <memory>
 
@@ -30,6 +34,10 @@ public:
         std::shared_ptr<DiskProviding> disk;
     };
 
+    // The kernel's own readers under a root: what the panel app, the terminal mode and the
+    // snapshot sample with.
+    static Providers liveProviders(const KernelRoots& roots);
+
     // Does not start sampling. The sink is attached before any later start() takes effect.
     SystemMonitor(Providers providers, double updateInterval, double temperatureInterval,
                   QObject* parent = nullptr);
@@ -46,9 +54,8 @@ public:
     void setTemperatureInterval(double seconds);
     void refreshDiskVolumes();
 
-    void applyFastSample(const std::optional<MemorySnapshot>& memory,
-                         MemoryPressureLevel pressure, const std::optional<NetworkRates>& rates,
-                         double cpuUsage) override;
+    void applyFastSample(const std::optional<MemorySnapshot>& memory, MemoryPressureLevel pressure,
+                         const std::optional<NetworkRates>& rates, double cpuUsage) override;
     void applyThermalReading(const TemperatureReading& reading) override;
     void applyDiskVolumes(const DiskVolumeList& volumes) override;
 

@@ -48,8 +48,8 @@ AppearanceSettingsView::AppearanceSettingsView(AppState& appState, QWidget* pare
     auto* modeLayout = new QVBoxLayout(modeList);
     modeLayout->setContentsMargins(0, 2, 0, 2);
     modeLayout->setSpacing(6);
-    for (std::size_t i = 0; i < kAllAppearanceModes.size(); ++i) {
-        const AppearanceMode mode = kAllAppearanceModes[i];
+    for (std::size_t i = 0; i < allCases<AppearanceMode>().size(); ++i) {
+        const AppearanceMode mode = allCases<AppearanceMode>()[i];
         auto* option = new QRadioButton(title(mode), modeList);
         const std::string_view raw = rawValue(mode);
         option->setObjectName(QStringLiteral("mode.") +
@@ -66,14 +66,14 @@ AppearanceSettingsView::AppearanceSettingsView(AppState& appState, QWidget* pare
     }
     window->addWidget(modeList);
     auto showMode = [this, &settings] {
-        for (std::size_t i = 0; i < kAllAppearanceModes.size(); ++i) {
-            if (kAllAppearanceModes[i] == settings.appearanceMode())
+        for (std::size_t i = 0; i < allCases<AppearanceMode>().size(); ++i) {
+            if (allCases<AppearanceMode>()[i] == settings.appearanceMode())
                 modes_->button(int(i))->setChecked(true);
         }
         showCustomControls();
     };
     connect(modes_, &QButtonGroup::idClicked, this, [&settings](int id) {
-        settings.setAppearanceMode(kAllAppearanceModes[std::size_t(id)]);
+        settings.setAppearanceMode(allCases<AppearanceMode>()[std::size_t(id)]);
     });
     connect(&settings, &SettingsStore::appearanceModeChanged, this, showMode);
 
@@ -95,10 +95,10 @@ AppearanceSettingsView::AppearanceSettingsView(AppState& appState, QWidget* pare
 
     auto* material = new QComboBox;
     material->setObjectName(QStringLiteral("material"));
-    for (VisualEffectMaterial value : kAllVisualEffectMaterials)
+    for (VisualEffectMaterial value : allCases<VisualEffectMaterial>())
         material->addItem(title(value));
     custom_->addRow(tr("Material"), material);
-    bindPicker(material, kAllVisualEffectMaterials,
+    bindPicker(material, allCases<VisualEffectMaterial>(),
                std::function<VisualEffectMaterial()>(
                    [&settings] { return settings.customConfiguration().material; }),
                std::function<void(VisualEffectMaterial)>([&settings](VisualEffectMaterial value) {

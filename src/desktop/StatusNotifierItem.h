@@ -55,6 +55,10 @@ public:
     void setToolTip(const QString& title, const QString& text);
     // NewToolTip, when the tooltip changed since it was last announced.
     void announceToolTip();
+    // The tooltip reached the hosts another way (they read the whole item again on NewIcon):
+    // no NewToolTip is due for it.
+    void noteToolTipDelivered() { toolTipAnnounced_ = true; }
+    bool isToolTipAnnounced() const { return toolTipAnnounced_; }
 
 signals:
     void activateRequested(const QPoint& position);

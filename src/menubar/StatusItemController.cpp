@@ -23,6 +23,8 @@ namespace {
 // The sizes the square icon is drawn at; hosts pick the nearest and scale.
 constexpr int kSquareSizes[] = {16, 22, 24};
 constexpr int kTraySizes[] = {16, 22, 24, 32, 48};
+// How stale a tooltip may grow on hosts that cache it while the icon stays the same.
+constexpr qint64 kToolTipIntervalMs = 10000;
 // The wide label's height: a bar's usual icon size.
 constexpr int kWideHeight = 24;
 // Panels that draw wide icons are dark by default; the label is drawn light on them.
@@ -57,6 +59,7 @@ StatusItemController::StatusItemController(SystemMonitor& monitor, SettingsStore
     connect(item_.get(), &StatusNotifierItem::watcherPresentChanged, this,
             &StatusItemController::updateFallback);
 
+    sinceToolTip_.start();
     fallbackTimer_.setSingleShot(true);
     connect(&fallbackTimer_, &QTimer::timeout, this, &StatusItemController::showTray);
 
@@ -184,11 +187,16 @@ void StatusItemController::render() {
         iconChanged = item_->setIconPixmaps(pixmaps);
     }
     item_->setToolTip(QStringLiteral("lumetra"), metricsTooltip(metrics, monitor_.diskVolumes()));
-    // The tooltip's figures move on every tick, and a tray that shows tooltips reads the
-    // whole item again on NewToolTip (xfce4-panel: some 6 kB); announce it with a new icon
-    // only, the change those trays draw. Hosts that ask in between get the current text.
-    if (iconChanged)
+    // The tooltip's figures move on every tick. Trays that show tooltips read the whole item
+    // again on any New… signal (xfce4-panel: some 6 kB a time), so a NewIcon carries the
+    // tooltip too; on its own NewToolTip goes out at most every few seconds.
+    if (iconChanged) {
+        item_->noteToolTipDelivered();
+        sinceToolTip_.restart();
+    } else if (!item_->isToolTipAnnounced() && sinceToolTip_.hasExpired(kToolTipIntervalMs)) {
         item_->announceToolTip();
+        sinceToolTip_.restart();
+    }
 
     if (tray_) {
         if (line != trayToolTip_) {

@@ -6,6 +6,7 @@
 #include "model/SystemMetrics.h"
 
 #include <QDBusConnection>
+#include <QElapsedTimer>
 #include <QImage>
 #include <QObject>
 #include <QPointer>
@@ -111,6 +112,7 @@ private:
     QSystemTrayIcon* tray_ = nullptr;
     std::unique_ptr<QMenu> trayMenu_;
     QTimer fallbackTimer_;
+    QElapsedTimer sinceToolTip_;
     bool renderQueued_ = false;
     // What the item's image shows now, so an unchanged label is not drawn again.
     QList<std::optional<double>> drawnLevels_;

@@ -352,12 +352,13 @@ TEST_F(SettingsViewTest, SupportButtonAsksForTheSupportWindow) {
 TEST_F(SettingsViewTest, AdvancedTabShowsTheSampleAndRestartsSampling) {
     SystemMonitor& monitor = h.state->systemMonitor();
     monitor.applyThermalReading(
-        {52.0, ThermalState::serious, TemperatureAvailability::exactTemperature});
+        {52.0, ThermalState::serious, TemperatureAvailability::exactTemperature,
+         {QStringLiteral("k10temp/Tctl"), QStringLiteral("k10temp/Tccd1")}});
     settle();
     auto value = [&](const QString& name) { return child<QLabel>(view, name)->text(); };
     EXPECT_EQ(value("temperature"), "Exact reading available");
     EXPECT_EQ(value("thermalState"), "Serious");
-    EXPECT_EQ(value("temperatureSources"), "None found");
+    EXPECT_EQ(value("temperatureSources"), "k10temp/Tctl, k10temp/Tccd1");
     EXPECT_TRUE(value("diagnostics")
                     .contains("system journal under io.lumetra.Lumetra, "
                               "categories: monitoring, sensors, ui, settings."));

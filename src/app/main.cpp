@@ -60,9 +60,13 @@ int runTerminal(int argc, char* argv[], TerminalOptions options) {
     // The terminal mode only reads the settings: the panel app owns the file.
     UserDefaults defaults(UserDefaults::standardFilePath(), UserDefaults::Access::readOnly);
     SettingsStore settings(defaults);
+    const auto network = std::make_shared<NetworkMonitor>(roots);
+    network->setPhysicalOnly(settings.networkPhysicalOnly());
+    QObject::connect(
+        &settings, &SettingsStore::networkPhysicalOnlyChanged, &app,
+        [&settings, network] { network->setPhysicalOnly(settings.networkPhysicalOnly()); });
     SystemMonitor monitor(
-        {std::make_shared<CPUMonitor>(roots), std::make_shared<MemoryMonitor>(roots),
-         std::make_shared<NetworkMonitor>(roots),
+        {std::make_shared<CPUMonitor>(roots), std::make_shared<MemoryMonitor>(roots), network,
          std::make_shared<AppleSiliconTemperatureProvider>(roots),
          diskProvider(options.format, roots)},
         seconds(settings.updateInterval()), seconds(settings.temperatureInterval()));

@@ -80,7 +80,7 @@ private:
     void fastTick() {
         if (!running_)
             return;
-        const double usage = providers_.cpu->currentUsage();
+        const std::optional<double> usage = providers_.cpu->currentUsage();
         const std::optional<MemorySnapshot> memory = providers_.memory->currentSnapshot();
         const MemoryPressureLevel pressure = providers_.memory->pressure();
         const std::optional<NetworkRates> rates = networkRates();

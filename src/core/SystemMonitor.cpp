@@ -53,8 +53,9 @@ void SystemMonitor::refreshDiskVolumes() {
 
 void SystemMonitor::applyFastSample(const std::optional<MemorySnapshot>& memory,
                                     MemoryPressureLevel pressure,
-                                    const std::optional<NetworkRates>& rates, double cpuUsage) {
-    cpuHistory_.append(cpuUsage);
+                                    const std::optional<NetworkRates>& rates,
+                                    std::optional<double> cpuUsage) {
+    cpuHistory_.append(cpuUsage.value_or(0));
     emit cpuHistoryChanged();
 
     SystemMetrics record = metrics_;
@@ -66,12 +67,15 @@ void SystemMonitor::applyFastSample(const std::optional<MemorySnapshot>& memory,
         record.memoryTotal = memory->total;
         record.memoryPercentage = percentage;
     }
+    record.memoryValid = memory.has_value();
     record.timestamp = clock_();
     if (rates) {
         record.downloadBytesPerSecond = rates->download;
         record.uploadBytesPerSecond = rates->upload;
+        record.networkInterfaces = rates->interfaces;
     }
-    record.cpuUsage = cpuUsage;
+    record.cpuUsage = cpuUsage.value_or(0);
+    record.cpuUsageValid = cpuUsage.has_value();
     record.memoryPressure = pressure;
     publish(record);
 }

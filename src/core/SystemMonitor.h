@@ -46,9 +46,9 @@ public:
     void setTemperatureInterval(double seconds);
     void refreshDiskVolumes();
 
-    void applyFastSample(const std::optional<MemorySnapshot>& memory,
-                         MemoryPressureLevel pressure, const std::optional<NetworkRates>& rates,
-                         double cpuUsage) override;
+    void applyFastSample(const std::optional<MemorySnapshot>& memory, MemoryPressureLevel pressure,
+                         const std::optional<NetworkRates>& rates,
+                         std::optional<double> cpuUsage) override;
     void applyThermalReading(const TemperatureReading& reading) override;
     void applyDiskVolumes(const DiskVolumeList& volumes) override;
 

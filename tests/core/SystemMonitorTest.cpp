@@ -30,14 +30,14 @@ struct FakeMachine : CPUProviding,
                      NetworkProviding,
                      TemperatureProviding,
                      DiskProviding {
-    double currentUsage() override { return usage.next(); }
+    std::optional<double> currentUsage() override { return usage.next(); }
     std::optional<MemorySnapshot> currentSnapshot() override { return snapshots.next(); }
     MemoryPressureLevel pressure() override { return MemoryPressureLevel::normal; }
     std::optional<NetworkCounterSample> currentCounters() override { return samples.next(); }
     TemperatureReading currentReading() override { return readings.next(); }
     DiskVolumeList currentVolumes() override { return volumes.next(); }
 
-    Script<double> usage;
+    Script<std::optional<double>> usage;
     Script<std::optional<MemorySnapshot>> snapshots;
     Script<std::optional<NetworkCounterSample>> samples;
     Script<TemperatureReading> readings;
@@ -145,7 +145,11 @@ TEST_F(SystemMonitorTest, MemoryPercentageAndHistory) {
     auto monitor = makeMonitor();
     const auto normal = MemoryPressureLevel::normal;
     monitor->applyFastSample(MemorySnapshot{300, 400}, normal, NetworkRates{5, 6}, 10);
-    monitor->applyFastSample(std::nullopt, MemoryPressureLevel::critical, std::nullopt, 20);
+    EXPECT_TRUE(monitor->metrics().memoryValid && monitor->metrics().cpuUsageValid);
+    monitor->applyFastSample(std::nullopt, MemoryPressureLevel::critical, std::nullopt,
+                             std::nullopt);
+    EXPECT_FALSE(monitor->metrics().memoryValid) << "kept, but marked as not read";
+    EXPECT_FALSE(monitor->metrics().cpuUsageValid);
     EXPECT_EQ(monitor->metrics().memoryUsed, 300u);
     EXPECT_EQ(monitor->metrics().memoryPressure, MemoryPressureLevel::critical);
     EXPECT_EQ(monitor->metrics().downloadBytesPerSecond, 5) << "the last known rate stays";

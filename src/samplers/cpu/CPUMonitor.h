@@ -15,7 +15,7 @@ class CPUMonitor final : public CPUProviding {
 public:
     explicit CPUMonitor(const KernelRoots& roots = KernelRoots());
 
-    double currentUsage() override;
+    std::optional<double> currentUsage() override;
 
 private:
     std::optional<CPUTicks> readTicks();

@@ -1,7 +1,7 @@
 #include "BenchMain.h"
 
 #include "core/SystemMonitor.h"
-#include "samplers/temperature/AppleSiliconTemperatureProvider.h"
+#include "samplers/temperature/TemperatureProvider.h"
 #include "samplers/cpu/CPUMonitor.h"
 #include "samplers/disk/DiskMonitor.h"
 #include "samplers/memory/MemoryMonitor.h"
@@ -18,8 +18,8 @@ struct LiveMachine {
     std::shared_ptr<CPUMonitor> cpu = std::make_shared<CPUMonitor>();
     std::shared_ptr<MemoryMonitor> memory = std::make_shared<MemoryMonitor>();
     std::shared_ptr<NetworkMonitor> network = std::make_shared<NetworkMonitor>();
-    std::shared_ptr<AppleSiliconTemperatureProvider> temperature =
-        std::make_shared<AppleSiliconTemperatureProvider>();
+    std::shared_ptr<TemperatureProvider> temperature =
+        std::make_shared<TemperatureProvider>();
     std::shared_ptr<DiskMonitor> disk = std::make_shared<DiskMonitor>();
     SystemMonitor monitor{{cpu, memory, network, temperature, disk}, 1, 2};
 };

@@ -1,6 +1,6 @@
 #include "BenchMain.h"
 
-#include "samplers/temperature/AppleSiliconTemperatureProvider.h"
+#include "samplers/temperature/TemperatureProvider.h"
 
 #include <filesystem>
 
@@ -16,7 +16,7 @@ std::string fixture(const char* machine) {
 
 // One slow-tick reading once discovery is done: three validated k10temp sensors, no zones.
 void BM_TemperatureReadingAMD(benchmark::State& state) {
-    AppleSiliconTemperatureProvider provider(KernelRoots(fixture("amd-desktop")));
+    TemperatureProvider provider(KernelRoots(fixture("amd-desktop")));
     provider.currentReading(); // discovery
     for (auto _ : state)
         benchmark::DoNotOptimize(provider.currentReading());
@@ -25,7 +25,7 @@ LUMETRA_BENCHMARK(BM_TemperatureReadingAMD);
 
 // One validated sensor, three thermal zones and sixteen throttle counters behind the state.
 void BM_TemperatureReadingIntel(benchmark::State& state) {
-    AppleSiliconTemperatureProvider provider(KernelRoots(fixture("desktop-intel")));
+    TemperatureProvider provider(KernelRoots(fixture("desktop-intel")));
     provider.currentReading();
     for (auto _ : state)
         benchmark::DoNotOptimize(provider.currentReading());

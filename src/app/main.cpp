@@ -5,7 +5,7 @@
 #include "desktop/SingleInstance.h"
 #include "model/AppId.h"
 #include "model/Logging.h"
-#include "samplers/temperature/AppleSiliconTemperatureProvider.h"
+#include "samplers/temperature/TemperatureProvider.h"
 #include "samplers/cpu/CPUMonitor.h"
 #include "samplers/disk/DiskMonitor.h"
 #include "samplers/memory/MemoryMonitor.h"
@@ -67,7 +67,7 @@ int runTerminal(int argc, char* argv[], TerminalOptions options) {
         [&settings, network] { network->setPhysicalOnly(settings.networkPhysicalOnly()); });
     SystemMonitor monitor(
         {std::make_shared<CPUMonitor>(roots), std::make_shared<MemoryMonitor>(roots), network,
-         std::make_shared<AppleSiliconTemperatureProvider>(roots),
+         std::make_shared<TemperatureProvider>(roots),
          diskProvider(options.format, roots)},
         seconds(settings.updateInterval()), seconds(settings.temperatureInterval()));
     // Formats that show disks re-list them as soon as a file system comes or goes; a single

@@ -1,6 +1,5 @@
 #include "cli/SampleJson.h"
 
-#include <cmath>
 #include <cstdio>
 #include <ctime>
 
@@ -21,18 +20,6 @@ std::string isoTimestamp(Instant instant) {
     return buffer;
 }
 
-namespace {
-
-// Sensor readings pass through a 32-bit float, so 55.6 °C arrives as 55.599998474121094.
-// No sensor resolves finer than a millidegree, so rounding there drops only that noise.
-std::optional<double> inMillidegrees(std::optional<double> celsius) {
-    if (!celsius || !std::isfinite(*celsius))
-        return celsius;
-    return std::round(*celsius * 1000.0) / 1000.0;
-}
-
-} // namespace
-
 void writeSampleJson(JsonWriter& json, const SystemMetrics& metrics, const DiskVolumeList& disks,
                      const QString& label) {
     json.beginObject();
@@ -52,9 +39,13 @@ void writeSampleJson(JsonWriter& json, const SystemMetrics& metrics, const DiskV
         json.key("memoryPercentage").null();
     }
     json.key("memoryPressure").value(rawValue(metrics.memoryPressure));
-    json.key("temperature").value(inMillidegrees(metrics.temperature));
+    json.key("temperature").value(metrics.temperature);
     json.key("thermalState").value(rawValue(metrics.thermalState));
     json.key("temperatureAvailability").value(caseName(metrics.temperatureAvailability));
+    json.key("temperatureSources").beginArray();
+    for (const QString& sensor : metrics.temperatureSources)
+        json.value(sensor);
+    json.endArray();
     json.key("downloadBytesPerSecond").value(metrics.downloadBytesPerSecond);
     json.key("uploadBytesPerSecond").value(metrics.uploadBytesPerSecond);
     json.key("networkInterfaces").beginArray();

@@ -6,7 +6,7 @@
 #include "desktop/LoginItemService.h"
 #include "model/AppId.h"
 #include "model/Logging.h"
-#include "samplers/temperature/AppleSiliconTemperatureProvider.h"
+#include "samplers/temperature/TemperatureProvider.h"
 #include "samplers/cpu/CPUMonitor.h"
 #include "samplers/disk/DiskMonitor.h"
 #include "samplers/memory/MemoryMonitor.h"
@@ -31,7 +31,7 @@ std::unique_ptr<SystemMonitor> defaultMonitor(const SettingsStore& settings) {
         SystemMonitor::Providers{std::make_shared<CPUMonitor>(roots),
                                  std::make_shared<MemoryMonitor>(roots),
                                  std::make_shared<NetworkMonitor>(roots),
-                                 std::make_shared<AppleSiliconTemperatureProvider>(roots),
+                                 std::make_shared<TemperatureProvider>(roots),
                                  std::make_shared<DiskMonitor>(roots)},
         seconds(settings.updateInterval()), seconds(settings.temperatureInterval()));
 }

@@ -15,8 +15,8 @@ double memoryPercentage(std::uint64_t used, std::uint64_t total) {
 
 } // namespace
 
-SystemMonitor::SystemMonitor(Providers providers, double updateInterval,
-                             double temperatureInterval, QObject* parent)
+SystemMonitor::SystemMonitor(Providers providers, double updateInterval, double temperatureInterval,
+                             QObject* parent)
     : MetricsSink(parent) {
     MonitoringProviders scheduled{providers.cpu, providers.memory, providers.network,
                                   std::make_shared<ThermalMonitor>(providers.temperature),
@@ -85,6 +85,7 @@ void SystemMonitor::applyThermalReading(const TemperatureReading& reading) {
     record.temperature = reading.temperature;
     record.thermalState = reading.thermalState;
     record.temperatureAvailability = reading.availability;
+    record.temperatureSources = reading.sources;
     publish(record);
 }
 

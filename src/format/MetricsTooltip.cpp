@@ -21,8 +21,13 @@ QString metricsTooltip(const SystemMetrics& metrics, const DiskVolumeList& disks
     lines << tr("Memory") + u' ' + formatUsedOverTotal(metrics.memoryUsed, metrics.memoryTotal) +
                  QStringLiteral(" (") + wholePercentText(metrics.memoryPercentage) + u')';
     lines << tr("Memory pressure") + u' ' + QString::fromLatin1(rawValue(metrics.memoryPressure));
-    lines << tr("Temperature") + u' ' +
-                 (metrics.temperature ? temperatureText(*metrics.temperature) : tr("Unavailable"));
+    QString temperature =
+        tr("Temperature") + u' ' +
+        (metrics.temperature ? temperatureText(*metrics.temperature) : tr("Unavailable"));
+    if (!metrics.temperatureSources.isEmpty())
+        temperature +=
+            QStringLiteral(" (") + metrics.temperatureSources.join(QStringLiteral(", ")) + u')';
+    lines << temperature;
     lines << tr("Thermal state") + u' ' + label(metrics.thermalState);
     lines << tr("Download") + u' ' + formatRate(metrics.downloadBytesPerSecond);
     lines << tr("Upload") + u' ' + formatRate(metrics.uploadBytesPerSecond);

@@ -166,11 +166,14 @@ TEST_F(SystemMonitorTest, EqualThermalReadingOrDiskListNotifiesNobody) {
     auto monitor = makeMonitor();
     QSignalSpy metrics(monitor.get(), &SystemMonitor::metricsChanged);
     QSignalSpy disks(monitor.get(), &SystemMonitor::diskVolumesChanged);
-    const TemperatureReading reading{47.5, ThermalState::fair,
-                                     TemperatureAvailability::exactTemperature};
+    const TemperatureReading reading{47.5,
+                                     ThermalState::fair,
+                                     TemperatureAvailability::exactTemperature,
+                                     {"k10temp/Tctl", "k10temp/Tccd1"}};
     monitor->applyThermalReading(reading);
     monitor->applyThermalReading(reading);
     EXPECT_EQ(metrics.count(), 1);
+    EXPECT_EQ(monitor->metrics().temperatureSources, reading.sources);
     EXPECT_EQ(monitor->metrics().timestamp, kDistantPast) << "a thermal update keeps the time";
     monitor->applyThermalReading({});
     EXPECT_EQ(metrics.count(), 2);
@@ -186,7 +189,7 @@ TEST_F(SystemMonitorTest, EqualThermalReadingOrDiskListNotifiesNobody) {
 
 TEST_F(SystemMonitorTest, SlowLoopDeliversTemperatureAndDisksAndRefreshWorksWhileStopped) {
     machine->readings.values = {
-        {55.0, ThermalState::nominal, TemperatureAvailability::exactTemperature}};
+        {55.0, ThermalState::nominal, TemperatureAvailability::exactTemperature, {}}};
     machine->volumes.values = {{kRoot}};
     auto stopped = makeMonitor();
     stopped->refreshDiskVolumes();

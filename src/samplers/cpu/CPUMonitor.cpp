@@ -20,18 +20,13 @@ std::optional<CPUTicks> CPUMonitor::readTicks() {
     if (read.ok())
         ticks = parseProcStatCPULine(read.text);
     if (ticks) {
-        failureReported_ = false;
+        failure_.recovered();
         return ticks;
     }
     stat_.reopenNextTime();
-    // Logged once per run of failures, not on every tick.
-    if (!failureReported_) {
-        failureReported_ = true;
-        const int code = read.ok() ? EBADMSG : read.errnoValue;
-        qCCritical(logMonitoring, "host_statistics(HOST_CPU_LOAD_INFO) failed: %d", code);
-        qCWarning(logMonitoring, "%s %s", stat_.path().c_str(),
-                  read.ok() ? "has no readable aggregate cpu line" : describe(read.error));
-    }
+    if (failure_.failed())
+        qCCritical(logMonitoring, "%s: %s", stat_.path().c_str(),
+                   read.ok() ? "no readable aggregate cpu line" : read.reason());
     return std::nullopt;
 }
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "model/LogOnce.h"
 #include "samplers/cpu/CPUProviding.h"
 #include "samplers/cpu/CPUTicks.h"
 #include "samplers/kernel/KernelFile.h"
@@ -22,7 +23,7 @@ private:
 
     std::mutex readLock_; // the file's buffer is shared by overlapping callers
     KernelFile stat_;
-    bool failureReported_ = false;
+    LogOnce failure_;
 
     std::mutex lock_; // guards previousSample_
     std::optional<CPUTicks> previousSample_;

@@ -1,5 +1,6 @@
 #include "samplers/disk/DiskCapacityProbe.h"
 
+#include "model/LogOnce.h"
 #include "model/Logging.h"
 #include "samplers/kernel/TextScan.h"
 
@@ -68,7 +69,7 @@ struct DiskCapacityProbe::State {
     std::shared_ptr<Worker> active;
     std::set<std::string> stuck; // paths whose abandoned calls have not returned
     bool stopping = false;
-    bool overloadReported = false;
+    LogOnce overload;
     std::uint64_t batch = 0;
     std::vector<std::optional<VolumeCapacity>> results;
     std::size_t pending = 0;
@@ -129,14 +130,12 @@ bool DiskCapacityProbe::startWorker() {
     if (state_->active && !state_->active->abandoned && !state_->active->exited)
         return true;
     if (state_->stuck.size() >= state_->maxStuck) {
-        if (!state_->overloadReported) {
-            state_->overloadReported = true;
+        if (state_->overload.failed())
             qCWarning(logMonitoring, "%zu mounts do not answer statvfs; not measuring others",
                       state_->stuck.size());
-        }
         return false;
     }
-    state_->overloadReported = false;
+    state_->overload.recovered();
     state_->active = std::make_shared<Worker>();
     std::thread(run, state_, state_->active).detach();
     return true;

@@ -200,15 +200,12 @@ DiskVolumeList DiskMonitor::currentVolumes() {
         entries_.clear();
     if (entries_.empty()) {
         mountTable_.reopenNextTime();
-        if (!failureReported_) {
-            failureReported_ = true;
-            qCCritical(logMonitoring, "mountedVolumeURLs returned nil");
-            qCWarning(logMonitoring, "%s %s", mountTable_.path().c_str(),
-                      read.ok() ? "lists no mounts" : describe(read.error));
-        }
+        if (failure_.failed())
+            qCCritical(logMonitoring, "%s: %s", mountTable_.path().c_str(),
+                       read.ok() ? "no mounts listed" : read.reason());
         return {};
     }
-    failureReported_ = false;
+    failure_.recovered();
 
     readUserHiddenMountPoints();
     const std::vector<std::size_t> chosen = DiskMountFilter::select(

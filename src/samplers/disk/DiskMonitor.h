@@ -1,11 +1,12 @@
 #pragma once
 
+#include "model/LogOnce.h"
 #include "samplers/disk/DiskCapacityProbe.h"
 #include "samplers/disk/DiskProviding.h"
 #include "samplers/disk/DiskVolumeOrder.h"
+#include "samplers/disk/MountTable.h"
 #include "samplers/kernel/KernelFile.h"
 #include "samplers/kernel/KernelRoots.h"
-#include "samplers/disk/MountTable.h"
 
 #include <chrono>
 #include <mutex>
@@ -61,7 +62,7 @@ private:
     std::vector<Label> labels_;
     std::string scratch_;
     DiskVolumeOrder order_;
-    bool failureReported_ = false;
+    LogOnce failure_;
     DiskCapacityProbe probe_; // last: stopped before the rest goes
 };
 

@@ -1,6 +1,7 @@
 #include "samplers/kernel/KernelFile.h"
 
 #include <cerrno>
+#include <cstring>
 #include <fcntl.h>
 #include <linux/magic.h>
 #include <sys/stat.h>
@@ -27,6 +28,10 @@ const char* describe(KernelFileError error) {
         return "could not be read";
     }
     return "could not be read";
+}
+
+const char* KernelFileRead::reason() const {
+    return errnoValue != 0 ? std::strerror(errnoValue) : describe(error);
 }
 
 KernelFileError classifyErrno(int errnoValue) {

@@ -27,6 +27,9 @@ struct KernelFileRead {
     int errnoValue = 0;
 
     bool ok() const { return error == KernelFileError::none; }
+    // Why the read failed, as the log says it: the system's text for errno
+    // ("No such file or directory"), or the error's description where there is no errno.
+    const char* reason() const;
 };
 
 // A /proc or /sys file kept open and re-read from offset 0 into a buffer of its own, so a

@@ -50,21 +50,17 @@ std::optional<MemorySnapshot> MemoryMonitor::currentSnapshot() {
     if (read.ok() || read.error == KernelFileError::tooLarge)
         parsed = parseMeminfo(read.text);
     if (parsed.snapshot) {
-        snapshotFailureReported_ = false;
+        snapshotFailure_.recovered();
         return parsed.snapshot;
     }
     meminfo_.reopenNextTime();
-    // Logged once per run of failures, not on every tick.
-    if (!snapshotFailureReported_) {
-        snapshotFailureReported_ = true;
+    if (snapshotFailure_.failed()) {
         const bool readFailed = !read.ok() && read.error != KernelFileError::tooLarge;
-        qCCritical(logMonitoring, "host_statistics64(HOST_VM_INFO64) failed: %d",
-                   readFailed ? read.errnoValue : EBADMSG);
-        const char* reason = readFailed ? describe(read.error)
+        const char* reason = readFailed ? read.reason()
                              : parsed.error == MeminfoError::noTotal
-                                 ? "has no MemTotal"
-                                 : "has neither MemAvailable nor MemFree";
-        qCWarning(logMonitoring, "%s %s", meminfo_.path().c_str(), reason);
+                                 ? "no MemTotal"
+                                 : "neither MemAvailable nor MemFree";
+        qCCritical(logMonitoring, "%s: %s", meminfo_.path().c_str(), reason);
     }
     return std::nullopt;
 }
@@ -78,20 +74,18 @@ std::optional<PressureAverages> MemoryMonitor::readAverages() {
     if (read.ok())
         averages = parsePressureAverages(read.text);
     if (averages) {
-        pressureFailureReported_ = false;
+        pressureFailure_.recovered();
         return averages;
     }
     pressureFile_.reopenNextTime();
     if (read.error == KernelFileError::missing) {
         // Kernels before 4.20, or built without PSI: there is nothing to watch.
         pressureFileMissing_ = true;
-        qCWarning(logMonitoring, "No memory pressure information (%s %s); reporting normal",
-                  pressureFile_.path().c_str(), describe(read.error));
-    } else if (!pressureFailureReported_) {
-        pressureFailureReported_ = true;
-        qCWarning(logMonitoring, "%s %s; reporting normal memory pressure",
-                  pressureFile_.path().c_str(),
-                  read.ok() ? "has no readable averages" : describe(read.error));
+        qCWarning(logMonitoring, "No memory pressure information (%s: %s); reporting normal",
+                  pressureFile_.path().c_str(), read.reason());
+    } else if (pressureFailure_.failed()) {
+        qCWarning(logMonitoring, "%s: %s; reporting normal memory pressure",
+                  pressureFile_.path().c_str(), read.ok() ? "no readable averages" : read.reason());
     }
     return std::nullopt;
 }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "model/LogOnce.h"
 #include "samplers/kernel/KernelFile.h"
 #include "samplers/kernel/KernelRoots.h"
 #include "samplers/memory/MemoryProviding.h"
@@ -15,8 +16,8 @@ namespace lumetra {
 // Memory use from /proc/meminfo and the pressure level from PSI.
 class MemoryMonitor final : public MemoryProviding {
 public:
-    using TriggerArming = std::function<std::vector<PressureTrigger>(const std::string& path,
-                                                                     std::string& whyNot)>;
+    using TriggerArming =
+        std::function<std::vector<PressureTrigger>(const std::string& path, std::string& whyNot)>;
     using SteadyClock = std::function<PressureLevelRule::Clock::time_point()>;
 
     struct Options {
@@ -43,14 +44,14 @@ private:
 
     std::mutex meminfoLock_; // the file's buffer is shared by overlapping callers
     KernelFile meminfo_;
-    bool snapshotFailureReported_ = false;
+    LogOnce snapshotFailure_;
 
     mutable std::mutex lock_; // guards everything below
     KernelFile pressureFile_;
     PressureLevelRule rule_;
     bool armed_ = false;
     bool pressureFileMissing_ = false;
-    bool pressureFailureReported_ = false;
+    LogOnce pressureFailure_;
     std::unique_ptr<PressureWatcher> watcher_; // last: stopped before the rest goes
 };
 

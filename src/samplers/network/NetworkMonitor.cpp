@@ -126,11 +126,9 @@ const char* NetworkMonitor::refreshInterfaces() {
 }
 
 void NetworkMonitor::reportFailure(const char* why) {
-    if (failureReported_)
-        return;
-    failureReported_ = true;
-    qCCritical(logMonitoring, "getifaddrs failed");
-    qCWarning(logMonitoring, "%s: %s", directory_.c_str(), why);
+    if (failure_.failed())
+        qCCritical(logMonitoring, "%.*s: %s", static_cast<int>(directory_.size() - 1),
+                   directory_.c_str(), why); // without the trailing slash
 }
 
 namespace {
@@ -156,7 +154,7 @@ std::optional<NetworkCounterSample> NetworkMonitor::currentCounters() {
         reportFailure(why);
         return std::nullopt;
     }
-    failureReported_ = false;
+    failure_.recovered();
 
     NetworkCounterSample sample;
     sample.timestamp = now_();

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "model/LogOnce.h"
 #include "samplers/kernel/KernelFile.h"
 #include "samplers/kernel/KernelRoots.h"
 #include "samplers/network/NetworkProviding.h"
@@ -49,7 +50,7 @@ private:
     std::mutex lock_; // the cached listing and the files' buffers are shared by callers
     DIR* listing_ = nullptr;
     std::vector<std::unique_ptr<Interface>> interfaces_;
-    bool failureReported_ = false;
+    LogOnce failure_;
     std::atomic<bool> physicalOnly_ = false;
     // The names counted last time, shared with every sample until the set changes.
     std::vector<const Interface*> counted_;

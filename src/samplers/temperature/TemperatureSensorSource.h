@@ -1,31 +1,29 @@
 #pragma once
 
-#include "samplers/kernel/KernelRoots.h"
-#include "samplers/temperature/smc/SMCKeyReading.h"
-
-#include <memory>
+#include <optional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace lumetra {
 
-// What temperature discovery runs over: a key reader and the groups of candidate keys to try
-// on it, best group first. Discovery keeps the first group that yields a plausible sensor.
-struct TemperatureSensorSource {
-    std::unique_ptr<SMCKeyReading> reader;
-    std::vector<std::vector<std::string>> candidateGroups;
-    // How the log names the machine: "Mac" when the only reader is an SMC, "machine" when
-    // Linux's sensors take part.
-    bool smcOnly = true;
+// A source of temperature sensors: hwmon chips and thermal zones, or an SMC whose keys are
+// sensors. A sensor is known by its name ("k10temp/Tccd1", "thermal_zone0/cpu-thermal",
+// "Tp01") and reads degrees Celsius.
+class TemperatureSensorSource {
+public:
+    virtual ~TemperatureSensorSource() = default;
 
-    // The Apple Silicon die keys on an SMC reader (a client over any transport).
-    static TemperatureSensorSource smc(std::unique_ptr<SMCKeyReading> reader);
+    // The sensors the candidate rules accept, one group per rule, best rule first. Discovery
+    // keeps the first group that yields a plausible sensor.
+    virtual std::vector<std::vector<std::string>> candidateGroups() const = 0;
 
-    // This machine's sensors below the root: the SMC where the kernel lets us talk to it
-    // (live system only: a saved tree has no controller, and nothing below a given root is
-    // ever written), then hwmon and the thermal zones. An SMC that exists but cannot be
-    // opened is logged once; a machine without one is the common case and is not.
-    static TemperatureSensorSource forMachine(const KernelRoots& roots);
+    // The sensor's temperature now; none when it is not this source's, cannot be read at the
+    // moment, or does not hold a number.
+    virtual std::optional<double> readCelsius(std::string_view sensor) = 0;
+
+    // What this source looks for, for the log line of a machine without a usable sensor.
+    virtual std::string lookedFor() const = 0;
 };
 
 } // namespace lumetra

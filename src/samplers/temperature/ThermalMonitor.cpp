@@ -12,9 +12,8 @@ std::future<TemperatureReading> ThermalMonitor::currentReading() {
 }
 
 void ThermalMonitor::requestReading(std::function<void(const TemperatureReading&)> done) {
-    executor_.post([provider = provider_, done = std::move(done)] {
-        done(provider->currentReading());
-    });
+    executor_.post(
+        [provider = provider_, done = std::move(done)] { done(provider->currentReading()); });
 }
 
 } // namespace lumetra

@@ -1,9 +1,10 @@
+#include "samplers/temperature/TemperatureProvider.h"
 #include "model/Logging.h"
-#include "samplers/temperature/AppleSiliconTemperatureKeys.h"
-#include "samplers/temperature/AppleSiliconTemperatureProvider.h"
+#include "samplers/temperature/ThermalMonitor.h"
 #include "samplers/temperature/smc/SMCClient.h"
 #include "samplers/temperature/smc/SMCSimulator.h"
-#include "samplers/temperature/ThermalMonitor.h"
+#include "samplers/temperature/smc/SMCTemperatureKeys.h"
+#include "samplers/temperature/smc/SMCTemperatureSensors.h"
 #include "support/FixtureTree.h"
 #include "support/LogCapture.h"
 
@@ -26,22 +27,22 @@ struct SensorLog : lumetra::testing::LogCapture {
 struct SimulatedMachine {
     SMCSimulator* smc = nullptr;
     int opens = 0;
-    int thermalCode = 0;
+    ThermalState thermalState = ThermalState::nominal;
     std::optional<SMCError> openError;
 
-    std::unique_ptr<AppleSiliconTemperatureProvider> provider() {
+    std::unique_ptr<TemperatureProvider> provider() {
         auto owned = std::make_unique<SMCSimulator>();
         smc = owned.get();
         auto shared = std::make_shared<std::unique_ptr<SMCSimulator>>(std::move(owned));
-        return std::make_unique<AppleSiliconTemperatureProvider>(
-            [this, shared] {
+        return std::make_unique<TemperatureProvider>(
+            [this, shared]() -> std::unique_ptr<TemperatureSensorSource> {
                 ++opens;
                 if (openError)
                     throw *openError;
-                return TemperatureSensorSource::smc(
+                return std::make_unique<SMCTemperatureSensors>(
                     std::make_unique<SMCClient>(std::move(*shared)));
             },
-            [this] { return thermalCode; });
+            [this] { return thermalState; });
     }
 };
 
@@ -58,31 +59,36 @@ TEST(TemperatureProviderTest, MeanOfTheKeysFoundOnceThatAreStillInRange) {
     const TemperatureReading reading = provider->currentReading();
     EXPECT_EQ(reading.temperature, 50.0);
     EXPECT_EQ(reading.availability, TemperatureAvailability::exactTemperature);
+    EXPECT_EQ(reading.sources, (QStringList{"Tp01", "Tp09", "Tc0a"}));
     machine.smc->clearCalls();
     machine.smc->setFloat("Tp05", 70.0f);
     EXPECT_EQ(provider->currentReading().temperature, 50.0);
     EXPECT_EQ(machine.smc->calls().size(), 6u) << "the three validated keys, two calls each";
 
-    for (const auto& [value, mean] : {std::pair{115.0f, 215.0 / 3},
+    // The mean is kept to the millidegree, the finest any sensor resolves.
+    for (const auto& [value, mean] : {std::pair{115.0f, 71.667},
                                       {115.01f, 50.0},
                                       {5.0f, 35.0},
                                       {4.99f, 50.0},
                                       {NAN, 50.0},
                                       {-40.0f, 50.0}}) {
         machine.smc->setFloat("Tp09", value);
-        EXPECT_NEAR(provider->currentReading().temperature.value_or(-300), mean, 1e-9) << value;
+        EXPECT_EQ(provider->currentReading().temperature, mean) << value;
     }
     machine.smc->removeKey("Tp09");
-    EXPECT_EQ(provider->currentReading().temperature, 50.0);
+    const TemperatureReading two = provider->currentReading();
+    EXPECT_EQ(two.temperature, 50.0);
+    EXPECT_EQ(two.sources, (QStringList{"Tp01", "Tc0a"})) << "only those averaged";
     machine.smc->setFloat("Tp01", 4.0f);
     machine.smc->setKey("Tc0a", "sp78", {120, 0x00});
     const TemperatureReading none = provider->currentReading();
     EXPECT_FALSE(none.temperature);
     EXPECT_EQ(none.availability, TemperatureAvailability::unavailable);
+    EXPECT_TRUE(none.sources.isEmpty());
     machine.smc->setFloat("Tp09", 46.0f);
     EXPECT_EQ(provider->currentReading().temperature, 46.0) << "back again";
     EXPECT_EQ(machine.opens, 1);
-    EXPECT_EQ(log.lines(), QStringList{"Resolved 3 temperature SMC key(s)"});
+    EXPECT_EQ(log.lines(), QStringList{"Resolved 3 temperature sensor(s): Tp01, Tp09, Tc0a"});
 }
 
 TEST(TemperatureProviderTest, OpeningFailureIsTriedAndLoggedOnce) {
@@ -90,18 +96,14 @@ TEST(TemperatureProviderTest, OpeningFailureIsTriedAndLoggedOnce) {
     machine.openError = SMCError::failedToOpen(-13);
     auto provider = machine.provider();
     SensorLog log;
-    // The thermal state is read each time all the same; unknown codes are nominal.
-    for (const auto& [code, state] : {std::pair{2, ThermalState::serious},
-                                      {0, ThermalState::nominal},
-                                      {1, ThermalState::fair},
-                                      {3, ThermalState::critical},
-                                      {4, ThermalState::nominal},
-                                      {-1, ThermalState::nominal}}) {
-        machine.thermalCode = code;
+    // The thermal state is read each time all the same.
+    for (const ThermalState state :
+         {ThermalState::serious, ThermalState::nominal, ThermalState::critical}) {
+        machine.thermalState = state;
         const TemperatureReading reading = provider->currentReading();
         EXPECT_FALSE(reading.temperature);
         EXPECT_EQ(reading.availability, TemperatureAvailability::unavailable);
-        EXPECT_EQ(reading.thermalState, state) << code;
+        EXPECT_EQ(reading.thermalState, state);
     }
     EXPECT_EQ(machine.opens, 1);
     EXPECT_EQ(log.lines(), QStringList{"SMC client unavailable: failedToOpen(-13)"});
@@ -115,7 +117,7 @@ TEST(TemperatureProviderTest, DiscoveryProbesTheTableOnceEvenWhenNothingIsPlausi
     std::vector<std::uint32_t> probed, table; // one information call per key, in table order
     for (const SMCCallRecord& call : machine.smc->calls())
         probed.push_back(call.key());
-    for (const auto& key : kAppleSiliconTemperatureKeys)
+    for (const auto& key : kSMCTemperatureKeys)
         table.push_back(encodeSMCKey(key));
     EXPECT_EQ(probed, table);
     // Keys appearing later are not picked up: discovery is not repeated.
@@ -124,43 +126,54 @@ TEST(TemperatureProviderTest, DiscoveryProbesTheTableOnceEvenWhenNothingIsPlausi
     EXPECT_FALSE(provider->currentReading().temperature);
     EXPECT_TRUE(machine.smc->calls().empty());
     EXPECT_EQ(machine.opens, 1);
-    EXPECT_EQ(log.lines(),
-              QStringList{"No plausible Apple Silicon temperature SMC keys found on this Mac"});
+    EXPECT_EQ(log.lines(), QStringList{"No plausible temperature sensor found; looked for the "
+                                       "SMC's die-temperature keys"});
 }
 
-// Each fixture machine: the sensors chosen, the temperature and the thermal state.
+// Each fixture machine: the sensors chosen, in order, the temperature and the thermal state.
 TEST(TemperatureProviderTest, FixtureMachinesReadTheDieTemperatureAndState) {
     struct Case {
         const char* machine;
         std::optional<double> temperature;
         ThermalState state;
-        const char* log;
+        QStringList sources;
     };
-    const char* const one = "Resolved 1 temperature SMC key(s)";
     for (const Case& c : std::initializer_list<Case>{
              // coretemp "Package id 0"; the x86_pkg_temp zone has only placeholder trips
-             {"desktop-intel", 45.0, ThermalState::nominal, one},
+             {"desktop-intel", 45.0, ThermalState::nominal, {"coretemp/Package id 0"}},
              // k10temp Tctl, Tccd1, Tccd2 (no Tdie on Zen 3); the GPU and Super I/O do not count
-             {"amd-desktop", (52.875 + 47.25 + 44.0) / 3, ThermalState::nominal,
-              "Resolved 3 temperature SMC key(s)"},
+             {"amd-desktop",
+              48.042,
+              ThermalState::nominal,
+              {"k10temp/Tctl", "k10temp/Tccd1", "k10temp/Tccd2"}},
              // the cpu-thermal zone, not its hwmon twin; above the lowest fan trip
-             {"raspberry-pi", 55.6, ThermalState::fair, one},
+             {"raspberry-pi", 55.6, ThermalState::fair, {"thermal_zone0/cpu-thermal"}},
              // Asahi: no Apple Silicon die key in the device tree, so "SoC Backside Temp"
-             {"apple-laptop", 41.25, ThermalState::nominal, one},
-             {"no-sensors-vm", std::nullopt, ThermalState::nominal,
-              "No plausible Apple Silicon temperature SMC keys found on this machine"}}) {
+             {"apple-laptop", 41.25, ThermalState::nominal, {"macsmc_hwmon/SoC Backside Temp"}},
+             {"no-sensors-vm", std::nullopt, ThermalState::nominal, {}}}) {
         SCOPED_TRACE(c.machine);
         SensorLog log;
-        AppleSiliconTemperatureProvider provider(KernelRoots(fixtureRoot(c.machine)));
+        TemperatureProvider provider(KernelRoots(fixtureRoot(c.machine)));
         for (int i = 0; i < 3; ++i) {
             const TemperatureReading reading = provider.currentReading();
-            EXPECT_NEAR(reading.temperature.value_or(-300), c.temperature.value_or(-300), 1e-4);
+            EXPECT_EQ(reading.temperature, c.temperature);
             EXPECT_EQ(reading.availability, c.temperature
                                                 ? TemperatureAvailability::exactTemperature
                                                 : TemperatureAvailability::unavailable);
             EXPECT_EQ(reading.thermalState, c.state);
+            EXPECT_EQ(reading.sources, c.sources);
         }
-        EXPECT_EQ(log.lines(), QStringList{c.log});
+        ASSERT_EQ(log.lines().size(), 1);
+        if (c.sources.isEmpty()) {
+            // One line naming where it looked, below the root it was given.
+            const QString line = log.lines().first();
+            EXPECT_TRUE(line.startsWith("No plausible temperature sensor found; looked for hwmon "
+                                        "chips (macsmc_hwmon, coretemp, k10temp, zenpower) in "))
+                << line.toStdString();
+            EXPECT_TRUE(line.contains(QString::fromStdString(fixtureRoot(c.machine)) +
+                                      "/sys/class/thermal"))
+                << line.toStdString();
+        }
     }
 }
 

@@ -28,7 +28,7 @@ struct SMCKeyValue {
 
 // A source of SMC-style key reads: key text in; data type and bytes out, or an SMCError
 // (keyNotFound for a key the source does not know, callFailed when the read fails).
-// Implemented by the SMC client and by the Linux sensor readers that stand in for it.
+// Implemented by the SMC client; tests put a simulated controller behind it.
 class SMCKeyReading {
 public:
     virtual ~SMCKeyReading() = default;

@@ -1,8 +1,5 @@
-#include "samplers/temperature/HwmonKeyReader.h"
-#include "samplers/temperature/AppleSiliconTemperatureKeys.h"
-#include "samplers/temperature/AppleSiliconTemperatureProvider.h"
-#include "samplers/temperature/smc/SMCClient.h"
-#include "support/Cases.h"
+#include "samplers/temperature/SysfsTemperatureSensors.h"
+#include "samplers/temperature/TemperatureProvider.h"
 #include "support/FixtureTree.h"
 
 #include <gtest/gtest.h>
@@ -10,18 +7,12 @@
 using namespace lumetra;
 using lumetra::testing::fixtureRoot;
 using lumetra::testing::ScratchTree;
-using lumetra::testing::thrown;
 using Groups = std::vector<std::vector<std::string>>;
 
 namespace {
 
 Groups groupsOf(const std::string& root) {
-    return HwmonKeyReader(KernelRoots(root)).candidateGroups(kAppleSiliconTemperatureKeys);
-}
-
-std::optional<double> degrees(HwmonKeyReader& reader, const std::string& key) {
-    const SMCKeyValue value = reader.readKey(key);
-    return SMCClient::decodeValue(value.dataType, value.bytes());
+    return SysfsTemperatureSensors(KernelRoots(root)).candidateGroups();
 }
 
 // The fixture machines: an Intel desktop (i7-7700: coretemp, acpitz, PCH and x86_pkg_temp
@@ -34,15 +25,15 @@ std::optional<double> degrees(HwmonKeyReader& reader, const std::string& key) {
 // Threadripper-style k10temp (Tdie is the die, Tctl carries an offset), coretemp's attributes
 // on the parent device with "Physical id", a second socket repeating the core labels, and zone
 // types (case-insensitive cpu/soc, the Pi's bcm2835; not the GPU, not a cooling device).
-TEST(HwmonKeyReaderTest, MachinesOfferCandidatesByTheRulesInOrder) {
+TEST(SysfsTemperatureSensorsTest, MachinesOfferCandidatesByTheRulesInOrder) {
     const std::pair<const char*, Groups> cases[] = {
         {"desktop-intel",
          {{"coretemp/Package id 0"},
           {"coretemp/Core 0", "coretemp/Core 1", "coretemp/Core 2", "coretemp/Core 3"},
-          {"x86_pkg_temp/thermal_zone2"},
-          {"acpitz/thermal_zone0"}}},
+          {"thermal_zone2/x86_pkg_temp"},
+          {"thermal_zone0/acpitz"}}},
         {"amd-desktop", {{"k10temp/Tctl", "k10temp/Tccd1", "k10temp/Tccd2"}}},
-        {"raspberry-pi", {{"cpu-thermal/thermal_zone0"}}},
+        {"raspberry-pi", {{"thermal_zone0/cpu-thermal"}}},
         {"apple-laptop", {{"macsmc_hwmon/SoC Backside Temp"}}},
         {"no-sensors-vm", {}},
         {"hwmon-layouts/asahi-die-keys",
@@ -53,36 +44,34 @@ TEST(HwmonKeyReaderTest, MachinesOfferCandidatesByTheRulesInOrder) {
          {{"coretemp/Physical id 1", "coretemp/Physical id 0"},
           {"coretemp/Core 0", "coretemp/Core 0 (hwmon10)"},
           {"k10temp/Tdie", "k10temp/Tccd1"},
-          {"TCPU/thermal_zone0", "soc-thermal/thermal_zone1", "bcm2835_thermal/thermal_zone3",
-           "x86_pkg_temp/thermal_zone5"},
-          {"acpitz/thermal_zone4"}}}};
+          {"thermal_zone0/TCPU", "thermal_zone1/soc-thermal", "thermal_zone3/bcm2835_thermal",
+           "thermal_zone5/x86_pkg_temp"},
+          {"thermal_zone4/acpitz"}}}};
     for (const auto& [machine, groups] : cases)
         EXPECT_EQ(groupsOf(fixtureRoot(machine)), groups) << machine;
 }
 
-TEST(HwmonKeyReaderTest, ReadsMillidegreesAsFloatDegrees) {
-    HwmonKeyReader reader(KernelRoots(fixtureRoot("desktop-intel")));
-    const SMCKeyValue value = reader.readKey("coretemp/Package id 0");
-    EXPECT_EQ(value.dataType, "flt ");
-    EXPECT_EQ(value.size, 4u);
-    EXPECT_EQ(SMCClient::decodeValue(value.dataType, value.bytes()), 45.0);
-    EXPECT_NEAR(*degrees(reader, "nvme/Composite"), 38.85, 1e-5);
-    EXPECT_NEAR(*degrees(reader, "acpitz/temp1"), 27.8, 1e-5); // no label: the channel
-    EXPECT_EQ(thrown<SMCError>([&] { reader.readKey("Tp01"); }), SMCError::keyNotFound());
+TEST(SysfsTemperatureSensorsTest, ReadsMillidegreesAsDegrees) {
+    SysfsTemperatureSensors sensors(KernelRoots(fixtureRoot("desktop-intel")));
+    EXPECT_EQ(sensors.readCelsius("coretemp/Package id 0"), 45.0);
+    EXPECT_EQ(sensors.readCelsius("nvme/Composite"), 38.85);
+    EXPECT_EQ(sensors.readCelsius("acpitz/temp1"), 27.8); // no label: the channel
+    EXPECT_EQ(sensors.readCelsius("thermal_zone0/acpitz"), 27.8);
+    EXPECT_EQ(sensors.readCelsius("Tp01"), std::nullopt);
 }
 
-TEST(HwmonKeyReaderTest, BadInputsFailTheReadNotTheProgram) {
+TEST(SysfsTemperatureSensorsTest, BadInputsFailTheReadNotTheProgram) {
     ScratchTree tree;
     const QString chip = "sys/class/hwmon/hwmon0";
     tree.write(chip + "/name", "coretemp\n");
     // Core 4's input is a directory, Core 2's goes away before the read.
-    const std::tuple<const char*, QByteArray, std::optional<double>, int> cases[] = {
-        {"Package id 0", "garbage", std::nullopt, 0},
-        {"Core 0", "", std::nullopt, 0},
-        {"Core 1", "-5000", -5.0, 0},
-        {"Core 2", "45000", std::nullopt, ENOENT},
-        {"Core 3", QByteArray(100000, '7'), std::nullopt, 0},
-        {"Core 4", "", std::nullopt, EISDIR}};
+    const std::tuple<const char*, QByteArray, std::optional<double>> cases[] = {
+        {"Package id 0", "garbage", std::nullopt},
+        {"Core 0", "", std::nullopt},
+        {"Core 1", "-5000", -5.0},
+        {"Core 2", "45000", std::nullopt},
+        {"Core 3", QByteArray(100000, '7'), std::nullopt},
+        {"Core 4", "", std::nullopt}};
     for (std::size_t i = 0; i < std::size(cases); ++i) {
         const QString channel = chip + "/temp" + QString::number(i + 1);
         tree.write(channel + "_label", std::get<0>(cases[i]) + QByteArray("\n"));
@@ -90,24 +79,18 @@ TEST(HwmonKeyReaderTest, BadInputsFailTheReadNotTheProgram) {
     }
     tree.remove(chip + "/temp6_input");
     tree.makeDirectory(chip + "/temp6_input");
-    HwmonKeyReader reader(KernelRoots(tree.root()));
+    SysfsTemperatureSensors sensors(KernelRoots(tree.root()));
     tree.remove(chip + "/temp4_input");
-    for (const auto& [label, input, value, error] : cases) {
-        const std::string key = "coretemp/" + std::string(label);
-        if (value)
-            EXPECT_EQ(degrees(reader, key), value) << label;
-        else
-            EXPECT_EQ(thrown<SMCError>([&] { reader.readKey(key); }), SMCError::callFailed(error))
-                << label;
-    }
+    for (const auto& [label, input, value] : cases)
+        EXPECT_EQ(sensors.readCelsius("coretemp/" + std::string(label)), value) << label;
     // A file that is fixed after a bad read is read again.
     tree.write(chip + "/temp1_input", "47000\n");
-    EXPECT_EQ(degrees(reader, "coretemp/Package id 0"), 47.0);
+    EXPECT_EQ(sensors.readCelsius("coretemp/Package id 0"), 47.0);
 }
 
 // A package sensor that reads nonsense gives way to the cores; a rule is kept once it
 // yields a plausible sensor, so the zones below it are never used.
-TEST(HwmonKeyReaderTest, ProviderFallsThroughToTheNextRule) {
+TEST(SysfsTemperatureSensorsTest, ProviderFallsThroughToTheNextRule) {
     ScratchTree tree;
     const QString chip = "sys/class/hwmon/hwmon0/";
     tree.write(chip + "name", "coretemp\n");
@@ -119,8 +102,10 @@ TEST(HwmonKeyReaderTest, ProviderFallsThroughToTheNextRule) {
     }
     tree.write("sys/class/thermal/thermal_zone0/type", "x86_pkg_temp\n");
     tree.write("sys/class/thermal/thermal_zone0/temp", "90000\n");
-    AppleSiliconTemperatureProvider provider(KernelRoots(tree.root()));
-    EXPECT_EQ(provider.currentReading().temperature, 45.0);
+    TemperatureProvider provider(KernelRoots(tree.root()));
+    const TemperatureReading reading = provider.currentReading();
+    EXPECT_EQ(reading.temperature, 45.0);
+    EXPECT_EQ(reading.sources, (QStringList{"coretemp/Core 0", "coretemp/Core 1"}));
 }
 
 } // namespace

@@ -1,11 +1,9 @@
-#include "samplers/temperature/HwmonKeyReader.h"
+#include "samplers/temperature/SysfsTemperatureSensors.h"
 
-#include "samplers/temperature/smc/SMCError.h"
 #include "samplers/kernel/TextScan.h"
+#include "samplers/temperature/smc/SMCTemperatureKeys.h"
 
 #include <algorithm>
-#include <bit>
-#include <cerrno>
 #include <filesystem>
 
 namespace lumetra {
@@ -97,8 +95,8 @@ std::map<std::string, std::string> macsmcKeysByLabel(const KernelRoots& roots,
     return keys;
 }
 
-std::vector<HwmonSensor> scanHwmon(const KernelRoots& roots) {
-    std::vector<HwmonSensor> sensors;
+std::vector<SysfsSensor> scanHwmon(const KernelRoots& roots) {
+    std::vector<SysfsSensor> sensors;
     for (const auto& [number, entry] : numberedEntries(roots.sys("class/hwmon"), "hwmon")) {
         // Kernels before 3.x kept some drivers' attributes (coretemp's among them) on the
         // parent device rather than on the hwmon device itself.
@@ -114,13 +112,13 @@ std::vector<HwmonSensor> scanHwmon(const KernelRoots& roots) {
         if (chip == "macsmc_hwmon")
             smcKeys = macsmcKeysByLabel(roots, entry);
         for (const auto& [channel, input] : numberedEntries(directory, "temp", "_input")) {
-            HwmonSensor sensor;
-            sensor.chip = chip;
+            SysfsSensor sensor;
+            sensor.source = chip;
             sensor.device = entry.filename().string();
             sensor.label =
                 readAttribute((directory / ("temp" + std::to_string(channel) + "_label")).string());
-            sensor.key = chip + "/" +
-                         (sensor.label.empty() ? "temp" + std::to_string(channel) : sensor.label);
+            sensor.name = chip + "/" +
+                          (sensor.label.empty() ? "temp" + std::to_string(channel) : sensor.label);
             sensor.inputPath = input.string();
             if (const auto key = smcKeys.find(sensor.label); key != smcKeys.end())
                 sensor.smcKey = key->second;
@@ -128,12 +126,13 @@ std::vector<HwmonSensor> scanHwmon(const KernelRoots& roots) {
         }
     }
     for (const auto& [number, zone] : numberedEntries(roots.sys("class/thermal"), "thermal_zone")) {
-        HwmonSensor sensor;
-        sensor.chip = readAttribute((zone / "type").string());
-        if (sensor.chip.empty())
+        SysfsSensor sensor;
+        sensor.label = readAttribute((zone / "type").string());
+        if (sensor.label.empty())
             continue;
         sensor.device = zone.filename().string();
-        sensor.key = sensor.chip + "/" + sensor.device;
+        sensor.source = sensor.device;
+        sensor.name = sensor.source + "/" + sensor.label;
         sensor.inputPath = (zone / "temp").string();
         sensor.thermalZone = true;
         sensors.push_back(std::move(sensor));
@@ -147,26 +146,27 @@ std::optional<std::int64_t> parseMillidegrees(std::string_view text) {
     return textscan::parseSigned(textscan::trim(text));
 }
 
-HwmonKeyReader::HwmonKeyReader(const KernelRoots& roots) : sensors_(scanHwmon(roots)) {
+SysfsTemperatureSensors::SysfsTemperatureSensors(const KernelRoots& roots)
+    : sensors_(scanHwmon(roots)), hwmonPath_(roots.sys("class/hwmon")),
+      thermalPath_(roots.sys("class/thermal")) {
     for (std::size_t i = 0; i < sensors_.size(); ++i) {
-        HwmonSensor& sensor = sensors_[i];
+        SysfsSensor& sensor = sensors_[i];
         // Two chips of one driver with the same labels (a dual-socket machine): the later
-        // one's keys name their device so that every key names one sensor.
-        if (byKey_.contains(sensor.key))
-            sensor.key += " (" + sensor.device + ")";
-        byKey_.emplace(sensor.key, i);
+        // one's names carry their device so that every name names one sensor.
+        if (byName_.contains(sensor.name))
+            sensor.name += " (" + sensor.device + ")";
+        byName_.emplace(sensor.name, i);
         inputs_.push_back(std::make_unique<KernelFile>(sensor.inputPath, 64));
     }
 }
 
-std::vector<std::vector<std::string>>
-HwmonKeyReader::candidateGroups(std::span<const std::string_view> smcKeys) const {
+std::vector<std::vector<std::string>> SysfsTemperatureSensors::candidateGroups() const {
     std::vector<std::vector<std::string>> groups;
     const auto addGroup = [&](const auto& accepts) {
         std::vector<std::string> group;
-        for (const HwmonSensor& sensor : sensors_) {
+        for (const SysfsSensor& sensor : sensors_) {
             if (accepts(sensor))
-                group.push_back(sensor.key);
+                group.push_back(sensor.name);
         }
         if (!group.empty())
             groups.push_back(std::move(group));
@@ -174,33 +174,34 @@ HwmonKeyReader::candidateGroups(std::span<const std::string_view> smcKeys) const
 
     // Apple Silicon: the SMC's own die sensors, in the order of the SMC key table.
     std::vector<std::string> smcGroup;
-    for (const std::string_view smcKey : smcKeys) {
-        for (const HwmonSensor& sensor : sensors_) {
-            if (sensor.chip == "macsmc_hwmon" && sensor.smcKey == smcKey)
-                smcGroup.push_back(sensor.key);
+    for (const std::string_view smcKey : kSMCTemperatureKeys) {
+        for (const SysfsSensor& sensor : sensors_) {
+            if (sensor.source == "macsmc_hwmon" && sensor.smcKey == smcKey)
+                smcGroup.push_back(sensor.name);
         }
     }
     if (!smcGroup.empty())
         groups.push_back(std::move(smcGroup));
-    addGroup([](const HwmonSensor& s) {
-        return s.chip == "macsmc_hwmon" &&
+    addGroup([](const SysfsSensor& s) {
+        return s.source == "macsmc_hwmon" &&
                (containsInsensitive(s.label, "soc") || containsInsensitive(s.label, "cpu"));
     });
 
     // Intel: the package sensors ("Physical id N" before Linux 3.x), else the cores.
-    addGroup([](const HwmonSensor& s) {
-        return s.chip == "coretemp" &&
+    addGroup([](const SysfsSensor& s) {
+        return s.source == "coretemp" &&
                (s.label.starts_with("Package id ") || s.label.starts_with("Physical id "));
     });
-    addGroup(
-        [](const HwmonSensor& s) { return s.chip == "coretemp" && s.label.starts_with("Core "); });
+    addGroup([](const SysfsSensor& s) {
+        return s.source == "coretemp" && s.label.starts_with("Core ");
+    });
 
     // AMD: Tdie where the driver reports it (Tctl then carries a fan-curve offset), else
     // Tctl; plus every CCD die.
-    const auto isAMD = [](const HwmonSensor& s) {
-        return s.chip == "k10temp" || s.chip == "zenpower";
+    const auto isAMD = [](const SysfsSensor& s) {
+        return s.source == "k10temp" || s.source == "zenpower";
     };
-    addGroup([&](const HwmonSensor& sensor) {
+    addGroup([&](const SysfsSensor& sensor) {
         if (!isAMD(sensor))
             return false;
         const bool chipHasTdie = std::any_of(sensors_.begin(), sensors_.end(), [&](const auto& s) {
@@ -209,35 +210,34 @@ HwmonKeyReader::candidateGroups(std::span<const std::string_view> smcKeys) const
         return sensor.label == (chipHasTdie ? "Tdie" : "Tctl") || sensor.label.starts_with("Tccd");
     });
 
-    addGroup([](const HwmonSensor& s) {
+    addGroup([](const SysfsSensor& s) {
         return s.thermalZone &&
-               (containsInsensitive(s.chip, "cpu") || containsInsensitive(s.chip, "soc") ||
-                s.chip == "x86_pkg_temp" || s.chip == "bcm2835_thermal");
+               (containsInsensitive(s.label, "cpu") || containsInsensitive(s.label, "soc") ||
+                s.label == "x86_pkg_temp" || s.label == "bcm2835_thermal");
     });
-    addGroup([](const HwmonSensor& s) { return s.thermalZone && s.chip == "acpitz"; });
+    addGroup([](const SysfsSensor& s) { return s.thermalZone && s.label == "acpitz"; });
     return groups;
 }
 
-SMCKeyValue HwmonKeyReader::readKey(std::string_view key) {
-    const auto found = byKey_.find(key);
-    if (found == byKey_.end())
-        throw SMCError::keyNotFound();
+std::optional<double> SysfsTemperatureSensors::readCelsius(std::string_view sensor) {
+    const auto found = byName_.find(sensor);
+    if (found == byName_.end())
+        return std::nullopt;
     KernelFile& input = *inputs_[found->second];
     const KernelFileRead read = input.readPrefix(64);
     if (!read.ok())
-        throw SMCError::callFailed(static_cast<std::uint32_t>(read.errnoValue));
+        return std::nullopt;
     const std::optional<std::int64_t> millidegrees = parseMillidegrees(read.text);
     if (!millidegrees) {
         input.reopenNextTime();
-        throw SMCError::callFailed(0);
+        return std::nullopt;
     }
-    const auto raw = std::bit_cast<std::uint32_t>(static_cast<float>(*millidegrees / 1000.0));
-    SMCKeyValue value;
-    value.dataType = "flt ";
-    value.size = 4;
-    for (std::size_t i = 0; i < 4; ++i)
-        value.storage[i] = static_cast<std::uint8_t>(raw >> (8 * i));
-    return value;
+    return static_cast<double>(*millidegrees) / 1000.0;
+}
+
+std::string SysfsTemperatureSensors::lookedFor() const {
+    return "hwmon chips (macsmc_hwmon, coretemp, k10temp, zenpower) in " + hwmonPath_ +
+           ", thermal zones (cpu, soc, x86_pkg_temp, bcm2835_thermal, acpitz) in " + thermalPath_;
 }
 
 } // namespace lumetra

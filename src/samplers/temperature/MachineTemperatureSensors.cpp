@@ -1,0 +1,58 @@
+#include "samplers/temperature/MachineTemperatureSensors.h"
+
+#include "model/Logging.h"
+#include "samplers/temperature/SysfsTemperatureSensors.h"
+#include "samplers/temperature/smc/SMCClient.h"
+#include "samplers/temperature/smc/SMCSysfsTransport.h"
+#include "samplers/temperature/smc/SMCTemperatureSensors.h"
+
+namespace lumetra {
+
+MachineTemperatureSensors::MachineTemperatureSensors(
+    std::vector<std::unique_ptr<TemperatureSensorSource>> sources)
+    : sources_(std::move(sources)) {
+    for (const auto& source : sources_) {
+        for (const auto& group : source->candidateGroups()) {
+            for (const std::string& sensor : group)
+                owners_.emplace(sensor, source.get());
+        }
+    }
+}
+
+std::unique_ptr<TemperatureSensorSource> MachineTemperatureSensors::open(const KernelRoots& roots) {
+    std::vector<std::unique_ptr<TemperatureSensorSource>> sources;
+    if (roots.isLiveSystem()) {
+        try {
+            sources.push_back(std::make_unique<SMCTemperatureSensors>(
+                std::make_unique<SMCClient>(SMCSysfsTransport::open(roots))));
+        } catch (const SMCError& error) {
+            if (error.kind() != SMCError::Kind::serviceNotFound)
+                qCCritical(logSensors, "SMC client unavailable: %s", error.what());
+        }
+    }
+    sources.push_back(std::make_unique<SysfsTemperatureSensors>(roots));
+    return std::make_unique<MachineTemperatureSensors>(std::move(sources));
+}
+
+std::vector<std::vector<std::string>> MachineTemperatureSensors::candidateGroups() const {
+    std::vector<std::vector<std::string>> groups;
+    for (const auto& source : sources_) {
+        for (auto& group : source->candidateGroups())
+            groups.push_back(std::move(group));
+    }
+    return groups;
+}
+
+std::optional<double> MachineTemperatureSensors::readCelsius(std::string_view sensor) {
+    const auto owner = owners_.find(sensor);
+    return owner == owners_.end() ? std::nullopt : owner->second->readCelsius(sensor);
+}
+
+std::string MachineTemperatureSensors::lookedFor() const {
+    std::string text;
+    for (const auto& source : sources_)
+        text += (text.empty() ? "" : "; ") + source->lookedFor();
+    return text;
+}
+
+} // namespace lumetra

@@ -52,6 +52,10 @@ void printTo(std::FILE* stream, const QString& text) {
 }
 
 int runTerminal(int argc, char* argv[], TerminalOptions options) {
+    // Qt's own event loop wakes for a timer or a posted event with a fraction of the work
+    // GLib's does, and a status bar runs this loop every second for days.
+    if (!qEnvironmentVariableIsSet("QT_NO_GLIB"))
+        qputenv("QT_NO_GLIB", "1");
     QCoreApplication app(argc, argv);
     QCoreApplication::setApplicationName(QStringLiteral("lumetra"));
     QCoreApplication::setApplicationVersion(QString::fromLatin1(kAppVersion));

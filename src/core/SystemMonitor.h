@@ -27,7 +27,7 @@ public:
         std::shared_ptr<MemoryProviding> memory;
         std::shared_ptr<NetworkProviding> network;
         std::shared_ptr<TemperatureProviding> temperature;
-        std::shared_ptr<DiskProviding> disk;
+        std::shared_ptr<DiskProviding> disk; // may be null: no disk list
     };
 
     // Does not start sampling. The sink is attached before any later start() takes effect.

@@ -203,6 +203,16 @@ TEST_F(SystemMonitorTest, SlowLoopDeliversTemperatureAndDisksAndRefreshWorksWhil
     }));
     EXPECT_TRUE(waitFor([&] { return machine->readings.calls() >= 3; }))
         << "the slow loop keeps going";
+    monitor.reset();
+
+    // Without a disk provider the slow loop goes on with temperature alone.
+    SystemMonitor diskless({machine, machine, machine, machine, nullptr}, 10, 0.01);
+    const int readings = machine->readings.calls();
+    const int listings = machine->volumes.calls();
+    diskless.refreshDiskVolumes();
+    diskless.start();
+    EXPECT_TRUE(waitFor([&] { return machine->readings.calls() >= readings + 3; }));
+    EXPECT_EQ(machine->volumes.calls(), listings);
 }
 
 TEST(MonitoringSchedulerTest, WithoutSinkTicksAreDroppedButBaselinesAdvance) {

@@ -70,10 +70,16 @@ bool isBlankOrEnd(const char* p, const char* end) {
 // whole unsigned number. A value in kB that would overflow saturates. This runs for every
 // wanted line every tick, so it scans the characters once instead of splitting fields.
 std::optional<std::uint64_t> parseValue(const char* p, const char* end) {
+    // The kernel pads the values to a column: skip the spaces eight at a time.
+    while (end - p >= 8 && std::memcmp(p, "        ", 8) == 0)
+        p += 8;
     while (p != end && (*p == ' ' || *p == '\t'))
         ++p;
     const char* const digits = p;
     std::uint64_t number = 0;
+    // Up to 19 digits cannot overflow; only a longer number needs the checked loop.
+    while (p != end && *p >= '0' && *p <= '9' && p - digits < 19)
+        number = number * 10 + static_cast<unsigned>(*p++ - '0');
     for (; p != end && *p >= '0' && *p <= '9'; ++p) {
         if (__builtin_mul_overflow(number, 10u, &number) ||
             __builtin_add_overflow(number, static_cast<unsigned>(*p - '0'), &number))
@@ -110,21 +116,24 @@ MeminfoParse parseMeminfo(std::string_view text) {
     const char* const end = p + text.size();
     while (p != end && found < fieldCount) {
         const char* const key = p;
-        while (p != end && *p != ':' && *p != '\n')
-            ++p;
-        if (p != end && *p == ':' && p != key) {
+        const auto* newline =
+            static_cast<const char*>(std::memchr(p, '\n', static_cast<std::size_t>(end - p)));
+        const char* const lineEnd = newline ? newline : end;
+        const auto* colon =
+            static_cast<const char*>(std::memchr(p, ':', static_cast<std::size_t>(lineEnd - p)));
+        if (colon && colon != key) {
+            p = colon;
             const int index = fieldIndex(std::string_view(key, static_cast<std::size_t>(p - key)));
             if (index >= 0) {
                 auto& value = values[static_cast<std::size_t>(index)];
                 const bool first = !value;
-                if (const auto parsed = parseValue(p + 1, end)) {
+                if (const auto parsed = parseValue(p + 1, lineEnd)) {
                     value = parsed;
                     found += first ? 1 : 0;
                 }
             }
         }
-        const void* newline = std::memchr(p, '\n', static_cast<std::size_t>(end - p));
-        p = newline ? static_cast<const char*>(newline) + 1 : end;
+        p = newline ? newline + 1 : end;
     }
 
     if (!values[memTotal])

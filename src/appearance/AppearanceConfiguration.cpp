@@ -71,8 +71,8 @@ std::optional<AppearanceConfiguration> AppearanceConfiguration::fromJson(QByteAr
     const QJsonValue vibrancy = object.value(QLatin1StringView("vibrancyEnabled"));
     if (!modeValue.isString() || !materialValue.isString() || !vibrancy.isBool())
         return std::nullopt;
-    const auto mode = appearanceModeFromRaw(modeValue.toString());
-    const auto material = visualEffectMaterialFromRaw(materialValue.toString());
+    const auto mode = fromRaw<AppearanceMode>(QStringView(modeValue.toString()));
+    const auto material = fromRaw<VisualEffectMaterial>(QStringView(materialValue.toString()));
     const auto background = finiteNumber(object, QLatin1StringView("backgroundOpacity"));
     const auto overlay = finiteNumber(object, QLatin1StringView("overlayOpacity"));
     const auto blur = finiteNumber(object, QLatin1StringView("blurIntensity"));

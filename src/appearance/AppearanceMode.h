@@ -1,10 +1,9 @@
 #pragma once
 
-#include <QString>
-#include <QStringView>
+#include "model/EnumTable.h"
 
-#include <array>
-#include <optional>
+#include <QString>
+
 #include <string_view>
 
 namespace lumetra {
@@ -13,15 +12,26 @@ namespace lumetra {
 // configuration the user edits.
 enum class AppearanceMode { solid, subtle, translucent, glass, custom };
 
-// Picker order.
-inline constexpr std::array<AppearanceMode, 5> kAllAppearanceModes{
-    AppearanceMode::solid, AppearanceMode::subtle, AppearanceMode::translucent,
-    AppearanceMode::glass, AppearanceMode::custom};
-
-std::string_view rawValue(AppearanceMode mode);
-
-// Accepts exactly the raw values, case-sensitively.
-std::optional<AppearanceMode> appearanceModeFromRaw(QStringView raw);
+template <>
+struct EnumTraits<AppearanceMode> {
+    using Case = EnumCase<AppearanceMode, std::string_view>;
+    static constexpr const char* context = "AppearanceMode";
+    // Picker order.
+    static constexpr std::array cases{
+        Case{AppearanceMode::solid, "solid", QT_TRANSLATE_NOOP("AppearanceMode", "Solid")},
+        Case{AppearanceMode::subtle, "subtle", QT_TRANSLATE_NOOP("AppearanceMode", "Subtle")},
+        Case{AppearanceMode::translucent, "translucent",
+             QT_TRANSLATE_NOOP("AppearanceMode", "Translucent")},
+        Case{AppearanceMode::glass, "glass", QT_TRANSLATE_NOOP("AppearanceMode", "Glass")},
+        Case{AppearanceMode::custom, "custom", QT_TRANSLATE_NOOP("AppearanceMode", "Custom")}};
+    // One line under each title, in the order of `cases`.
+    static constexpr std::array<const char*, cases.size()> descriptions{
+        QT_TRANSLATE_NOOP("AppearanceMode", "Nearly opaque background for maximum legibility."),
+        QT_TRANSLATE_NOOP("AppearanceMode", "A light touch of transparency and blur."),
+        QT_TRANSLATE_NOOP("AppearanceMode", "Noticeably see-through with a medium blur."),
+        QT_TRANSLATE_NOOP("AppearanceMode", "Maximum glass effect, macOS-style vibrancy."),
+        QT_TRANSLATE_NOOP("AppearanceMode", "Full manual control over opacity and blur.")};
+};
 
 // Localised with the English texts as keys.
 QString title(AppearanceMode mode);

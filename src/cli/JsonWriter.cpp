@@ -1,5 +1,7 @@
 #include "cli/JsonWriter.h"
 
+#include "model/JsonString.h"
+
 #include <charconv>
 #include <cmath>
 
@@ -58,37 +60,7 @@ JsonWriter& JsonWriter::key(std::string_view name) {
 }
 
 void JsonWriter::appendEscaped(std::string_view utf8) {
-    static constexpr char kHex[] = "0123456789abcdef";
-    out_ += '"';
-    for (const char c : utf8) {
-        const auto byte = static_cast<unsigned char>(c);
-        switch (c) {
-        case '"':
-            out_ += "\\\"";
-            break;
-        case '\\':
-            out_ += "\\\\";
-            break;
-        case '\n':
-            out_ += "\\n";
-            break;
-        case '\r':
-            out_ += "\\r";
-            break;
-        case '\t':
-            out_ += "\\t";
-            break;
-        default:
-            if (byte < 0x20) {
-                out_ += "\\u00";
-                out_ += kHex[byte >> 4];
-                out_ += kHex[byte & 0xf];
-            } else {
-                out_ += c;
-            }
-        }
-    }
-    out_ += '"';
+    appendJsonString(out_, utf8);
 }
 
 JsonWriter& JsonWriter::value(std::string_view text) {

@@ -56,6 +56,12 @@ constexpr const auto& enumCase(E value) {
     return EnumTraits<E>::cases[0];
 }
 
+// The case's row number: its place in declaration (and picker) order.
+template <TableEnum E>
+constexpr std::size_t enumIndex(E value) {
+    return static_cast<std::size_t>(&enumCase(value) - EnumTraits<E>::cases.data());
+}
+
 template <TableEnum E>
 constexpr RawType<E> rawValue(E value) {
     return enumCase(value).raw;

@@ -17,7 +17,6 @@ public:
         if (reported_.load(std::memory_order_relaxed))
             reported_.store(false, std::memory_order_relaxed);
     }
-    bool isReported() const { return reported_.load(std::memory_order_relaxed); }
 
 private:
     std::atomic<bool> reported_{false};

@@ -1,22 +1,24 @@
 #pragma once
 
-#include <array>
+#include "model/EnumTable.h"
+
 #include <cstddef>
 #include <functional>
-#include <optional>
 #include <string_view>
 
 namespace lumetra {
 
 enum class MemoryPressureLevel { normal, elevated, critical };
 
-inline constexpr std::array<MemoryPressureLevel, 3> kAllMemoryPressureLevels{
-    MemoryPressureLevel::normal, MemoryPressureLevel::elevated, MemoryPressureLevel::critical};
-
-std::string_view rawValue(MemoryPressureLevel level);
-
-// Accepts exactly the raw values, case-sensitively.
-std::optional<MemoryPressureLevel> memoryPressureLevelFromRaw(std::string_view raw);
+template <>
+struct EnumTraits<MemoryPressureLevel> {
+    using Case = EnumCase<MemoryPressureLevel, std::string_view>;
+    static constexpr const char* context = "MemoryPressureLevel";
+    static constexpr bool hasDisplayName = false;
+    static constexpr std::array cases{Case{MemoryPressureLevel::normal, "normal", nullptr},
+                                      Case{MemoryPressureLevel::elevated, "elevated", nullptr},
+                                      Case{MemoryPressureLevel::critical, "critical", nullptr}};
+};
 
 } // namespace lumetra
 

@@ -1,20 +1,25 @@
 #pragma once
 
-#include <array>
-#include <optional>
+#include "model/EnumTable.h"
+
 #include <string_view>
 
 namespace lumetra {
 
 // How the temperature of a record was obtained. Samplers produce only exactTemperature and
-// unavailable; thermalStateOnly exists for the views.
+// unavailable; thermalStateOnly exists for the views. The raw value is the case name, as the
+// terminal mode's JSON writes it.
 enum class TemperatureAvailability { exactTemperature, thermalStateOnly, unavailable };
 
-inline constexpr std::array<TemperatureAvailability, 3> kAllTemperatureAvailabilities{
-    TemperatureAvailability::exactTemperature, TemperatureAvailability::thermalStateOnly,
-    TemperatureAvailability::unavailable};
-
-// The case name, as the terminal mode's JSON writes it.
-std::string_view caseName(TemperatureAvailability availability);
+template <>
+struct EnumTraits<TemperatureAvailability> {
+    using Case = EnumCase<TemperatureAvailability, std::string_view>;
+    static constexpr const char* context = "TemperatureAvailability";
+    static constexpr bool hasDisplayName = false;
+    static constexpr std::array cases{
+        Case{TemperatureAvailability::exactTemperature, "exactTemperature", nullptr},
+        Case{TemperatureAvailability::thermalStateOnly, "thermalStateOnly", nullptr},
+        Case{TemperatureAvailability::unavailable, "unavailable", nullptr}};
+};
 
 } // namespace lumetra

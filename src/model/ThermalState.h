@@ -1,24 +1,30 @@
 #pragma once
 
+#include "model/EnumTable.h"
+
 #include <QString>
 
-#include <array>
 #include <cstddef>
 #include <functional>
-#include <optional>
 #include <string_view>
 
 namespace lumetra {
 
+// Ordered: a later case is the hotter state.
 enum class ThermalState { nominal, fair, serious, critical };
 
-inline constexpr std::array<ThermalState, 4> kAllThermalStates{
-    ThermalState::nominal, ThermalState::fair, ThermalState::serious, ThermalState::critical};
-
-std::string_view rawValue(ThermalState state);
-
-// Accepts exactly the raw values, case-sensitively.
-std::optional<ThermalState> thermalStateFromRaw(std::string_view raw);
+template <>
+struct EnumTraits<ThermalState> {
+    using Case = EnumCase<ThermalState, std::string_view>;
+    static constexpr const char* context = "ThermalState";
+    static constexpr bool hasDisplayName = false; // label() below
+    static constexpr std::array cases{
+        Case{ThermalState::nominal, "nominal", QT_TRANSLATE_NOOP("ThermalState", "Nominal")},
+        Case{ThermalState::fair, "fair", QT_TRANSLATE_NOOP("ThermalState", "Fair")},
+        Case{ThermalState::serious, "serious", QT_TRANSLATE_NOOP("ThermalState", "Serious")},
+        Case{ThermalState::critical, "critical",
+             QT_TRANSLATE_NOOP("ThermalState", "thermalState.critical")}};
+};
 
 // The localised label. The first three are keyed by their English text; critical keeps
 // the dotted key "thermalState.critical" with "Critical" as its default, as translation

@@ -1,6 +1,8 @@
 #include "settings/SettingsFileFormat.h"
 
 #include "model/HexDigit.h"
+#include "model/IsoTimestamp.h"
+#include "model/JsonString.h"
 
 #include <QDateTime>
 #include <QLocale>
@@ -33,7 +35,8 @@ bool hasZone(QStringView text) {
 }
 
 QString dateText(const QDateTime& date) {
-    return date.toUTC().toString(Qt::ISODateWithMs);
+    return QString::fromStdString(
+        isoTimestamp(Instant(std::chrono::milliseconds(date.toMSecsSinceEpoch()))));
 }
 
 std::optional<QDateTime> parseDate(const QString& text) {
@@ -357,35 +360,7 @@ private:
 };
 
 void appendString(QByteArray& out, QStringView text) {
-    QString escaped;
-    escaped.reserve(text.size() + 2);
-    escaped += QLatin1Char('"');
-    for (qsizetype i = 0; i < text.size(); ++i) {
-        const QChar c = text[i];
-        const char16_t unit = c.unicode();
-        if (c.isHighSurrogate() && i + 1 < text.size() && text[i + 1].isLowSurrogate()) {
-            escaped += c;
-            escaped += text[++i];
-            continue;
-        }
-        if (unit == '"' || unit == '\\') {
-            escaped += QLatin1Char('\\');
-            escaped += c;
-        } else if (unit == '\n') {
-            escaped += QLatin1StringView("\\n");
-        } else if (unit == '\t') {
-            escaped += QLatin1StringView("\\t");
-        } else if (unit == '\r') {
-            escaped += QLatin1StringView("\\r");
-        } else if (unit < 0x20 || c.isSurrogate()) {
-            // Control characters and unpaired surrogates have no UTF-8 form of their own.
-            escaped += QStringLiteral("\\u%1").arg(unsigned(unit), 4, 16, QLatin1Char('0'));
-        } else {
-            escaped += c;
-        }
-    }
-    escaped += QLatin1Char('"');
-    out += escaped.toUtf8();
+    appendJsonString(out, text);
 }
 
 void appendDouble(QByteArray& out, double value) {

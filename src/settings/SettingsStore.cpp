@@ -9,8 +9,15 @@ namespace lumetra {
 
 namespace {
 
+// What "reset to defaults" does with a key.
+enum class OnReset {
+    restore, // removed from the file and set back to its default
+    forget,  // removed from the file; the value in memory stays until the next launch
+    keep,    // left alone: counters and dates that keep counting
+};
+
 // One row of the key table: where the value lives, how it is read back with its fallback
-// (reading a missing key gives the default) and how it is written.
+// (reading a missing key gives the default), how it is written and how a reset treats it.
 template <typename T>
 struct Setting {
     QLatin1StringView key;
@@ -19,6 +26,7 @@ struct Setting {
     T (*load)(const QVariant& stored);
     // No value: write nothing. An invalid QVariant: remove the key.
     std::optional<QVariant> (*encode)(const T& value);
+    OnReset onReset;
 };
 
 // --- reading, each with the fallback of its key ------------------------------------------
@@ -44,20 +52,12 @@ std::optional<QDateTime> loadDate(const QVariant& stored) {
     return stored.toDateTime();
 }
 
-template <typename E>
-std::optional<E> parseRaw(QStringView raw) {
-    if constexpr (std::is_same_v<E, AppearanceMode>)
-        return appearanceModeFromRaw(raw);
-    else
-        return fromRaw<E>(raw);
-}
-
 // A missing key or a value that is not a string reads as "", which names no case.
 template <auto Fallback>
 decltype(Fallback) loadEnum(const QVariant& stored) {
     using E = decltype(Fallback);
     const QString raw = stored.typeId() == QMetaType::QString ? stored.toString() : QString();
-    return parseRaw<E>(raw).value_or(Fallback);
+    return fromRaw<E>(QStringView(raw)).value_or(Fallback);
 }
 
 // Any number counts, so a hand-written 2 means two seconds as 2.0 does.
@@ -166,72 +166,115 @@ std::optional<QVariant> encodeConfiguration(const AppearanceConfiguration& confi
 struct SettingsStore::Keys {
     using S = SettingsStore;
     static constexpr Setting<bool> launchAtLogin{QLatin1StringView("launchAtLogin"),
-                                                 &S::launchAtLogin_, &S::launchAtLoginChanged,
-                                                 loadBool<false>, encodeBool};
-    static constexpr Setting<bool> showWelcomeScreen{
-        QLatin1StringView("showWelcomeScreen"), &S::showWelcomeScreen_,
-        &S::showWelcomeScreenChanged, loadBool<true>, encodeBool};
+                                                 &S::launchAtLogin_,
+                                                 &S::launchAtLoginChanged,
+                                                 loadBool<false>,
+                                                 encodeBool,
+                                                 OnReset::restore};
+    static constexpr Setting<bool> showWelcomeScreen{QLatin1StringView("showWelcomeScreen"),
+                                                     &S::showWelcomeScreen_,
+                                                     &S::showWelcomeScreenChanged,
+                                                     loadBool<true>,
+                                                     encodeBool,
+                                                     OnReset::restore};
     static constexpr Setting<bool> hasCompletedOnboarding{
-        QLatin1StringView("hasCompletedOnboarding"), &S::hasCompletedOnboarding_,
-        &S::hasCompletedOnboardingChanged, loadBool<false>, encodeBool};
-    static constexpr Setting<qint64> launchCount{QLatin1StringView("launchCount"), &S::launchCount_,
-                                                 &S::launchCountChanged, loadInteger,
-                                                 encodeInteger};
+        QLatin1StringView("hasCompletedOnboarding"),
+        &S::hasCompletedOnboarding_,
+        &S::hasCompletedOnboardingChanged,
+        loadBool<false>,
+        encodeBool,
+        OnReset::forget};
+    static constexpr Setting<qint64> launchCount{QLatin1StringView("launchCount"),
+                                                 &S::launchCount_,
+                                                 &S::launchCountChanged,
+                                                 loadInteger,
+                                                 encodeInteger,
+                                                 OnReset::keep};
     static constexpr Setting<std::optional<QString>> supportPromptDismissedVersion{
-        QLatin1StringView("supportPromptDismissedVersion"), &S::supportPromptDismissedVersion_,
-        &S::supportPromptDismissedVersionChanged, loadString, encodeString};
+        QLatin1StringView("supportPromptDismissedVersion"),
+        &S::supportPromptDismissedVersion_,
+        &S::supportPromptDismissedVersionChanged,
+        loadString,
+        encodeString,
+        OnReset::restore};
     static constexpr Setting<bool> automaticallyCheckForUpdates{
-        QLatin1StringView("automaticallyCheckForUpdates"), &S::automaticallyCheckForUpdates_,
-        &S::automaticallyCheckForUpdatesChanged, loadBool<true>, encodeBool};
+        QLatin1StringView("automaticallyCheckForUpdates"),
+        &S::automaticallyCheckForUpdates_,
+        &S::automaticallyCheckForUpdatesChanged,
+        loadBool<true>,
+        encodeBool,
+        OnReset::restore};
     static constexpr Setting<std::optional<QDateTime>> lastUpdateCheckDate{
-        QLatin1StringView("lastUpdateCheckDate"), &S::lastUpdateCheckDate_,
-        &S::lastUpdateCheckDateChanged, loadDate, encodeDate};
-    static constexpr Setting<MenuBarMetricSet> enabledMetrics{
-        QLatin1StringView("enabledMetrics"), &S::enabledMetrics_, &S::enabledMetricsChanged,
-        loadEnabledMetrics, encodeEnabledMetrics};
-    static constexpr Setting<QList<MenuBarMetric>> metricOrder{
-        QLatin1StringView("metricOrder"), &S::metricOrder_, &S::metricOrderChanged, loadMetricOrder,
-        encodeMetricList};
+        QLatin1StringView("lastUpdateCheckDate"),
+        &S::lastUpdateCheckDate_,
+        &S::lastUpdateCheckDateChanged,
+        loadDate,
+        encodeDate,
+        OnReset::keep};
+    static constexpr Setting<MenuBarMetricSet> enabledMetrics{QLatin1StringView("enabledMetrics"),
+                                                              &S::enabledMetrics_,
+                                                              &S::enabledMetricsChanged,
+                                                              loadEnabledMetrics,
+                                                              encodeEnabledMetrics,
+                                                              OnReset::restore};
+    static constexpr Setting<QList<MenuBarMetric>> metricOrder{QLatin1StringView("metricOrder"),
+                                                               &S::metricOrder_,
+                                                               &S::metricOrderChanged,
+                                                               loadMetricOrder,
+                                                               encodeMetricList,
+                                                               OnReset::restore};
     static constexpr Setting<MenuBarSeparator> separator{
-        QLatin1StringView("separator"), &S::separator_, &S::separatorChanged,
-        loadEnum<MenuBarSeparator::space>, encodeEnum<MenuBarSeparator>};
+        QLatin1StringView("separator"), &S::separator_,
+        &S::separatorChanged,           loadEnum<MenuBarSeparator::space>,
+        encodeEnum<MenuBarSeparator>,   OnReset::restore};
     static constexpr Setting<MemoryDisplayFormat> memoryFormat{
-        QLatin1StringView("memoryFormat"), &S::memoryFormat_, &S::memoryFormatChanged,
-        loadEnum<MemoryDisplayFormat::percentageOnly>, encodeEnum<MemoryDisplayFormat>};
+        QLatin1StringView("memoryFormat"), &S::memoryFormat_,
+        &S::memoryFormatChanged,           loadEnum<MemoryDisplayFormat::percentageOnly>,
+        encodeEnum<MemoryDisplayFormat>,   OnReset::restore};
     // Falls back to the second case, not the first: kept so on purpose.
     static constexpr Setting<TemperatureDisplayFormat> temperatureFormat{
         QLatin1StringView("temperatureFormat"), &S::temperatureFormat_,
-        &S::temperatureFormatChanged, loadEnum<TemperatureDisplayFormat::degreesWithUnit>,
-        encodeEnum<TemperatureDisplayFormat>};
+        &S::temperatureFormatChanged,           loadEnum<TemperatureDisplayFormat::degreesWithUnit>,
+        encodeEnum<TemperatureDisplayFormat>,   OnReset::restore};
     static constexpr Setting<MenuBarDisplayStyle> menuBarDisplayStyle{
         QLatin1StringView("menuBarDisplayStyle"), &S::menuBarDisplayStyle_,
-        &S::menuBarDisplayStyleChanged, loadEnum<MenuBarDisplayStyle::textOnly>,
-        encodeEnum<MenuBarDisplayStyle>};
+        &S::menuBarDisplayStyleChanged,           loadEnum<MenuBarDisplayStyle::textOnly>,
+        encodeEnum<MenuBarDisplayStyle>,          OnReset::restore};
     static constexpr Setting<ThemePreference> themePreference{
-        QLatin1StringView("themePreference"), &S::themePreference_, &S::themePreferenceChanged,
-        loadEnum<ThemePreference::system>, encodeEnum<ThemePreference>};
+        QLatin1StringView("themePreference"), &S::themePreference_,
+        &S::themePreferenceChanged,           loadEnum<ThemePreference::system>,
+        encodeEnum<ThemePreference>,          OnReset::restore};
     static constexpr Setting<AppearanceMode> appearanceMode{
-        QLatin1StringView("appearanceMode"), &S::appearanceMode_, &S::appearanceModeChanged,
-        loadEnum<AppearanceMode::glass>, encodeEnum<AppearanceMode>};
+        QLatin1StringView("appearanceMode"), &S::appearanceMode_,        &S::appearanceModeChanged,
+        loadEnum<AppearanceMode::glass>,     encodeEnum<AppearanceMode>, OnReset::restore};
     static constexpr Setting<AppearanceConfiguration> customConfiguration{
-        QLatin1StringView("customConfiguration"), &S::customConfiguration_,
-        &S::customConfigurationChanged, loadConfiguration, encodeConfiguration};
+        QLatin1StringView("customConfiguration"),
+        &S::customConfiguration_,
+        &S::customConfigurationChanged,
+        loadConfiguration,
+        encodeConfiguration,
+        OnReset::restore};
     static constexpr Setting<MetricCardStyle> metricCardStyle{
-        QLatin1StringView("metricCardStyle"), &S::metricCardStyle_, &S::metricCardStyleChanged,
-        loadEnum<MetricCardStyle::classic>, encodeEnum<MetricCardStyle>};
+        QLatin1StringView("metricCardStyle"), &S::metricCardStyle_,
+        &S::metricCardStyleChanged,           loadEnum<MetricCardStyle::classic>,
+        encodeEnum<MetricCardStyle>,          OnReset::restore};
     // The two intervals default to different cases and are stored as numbers.
     static constexpr Setting<UpdateInterval> updateInterval{
-        QLatin1StringView("updateInterval"), &S::updateInterval_, &S::updateIntervalChanged,
-        loadInterval<UpdateInterval::one>, encodeInterval<UpdateInterval>};
+        QLatin1StringView("updateInterval"), &S::updateInterval_,
+        &S::updateIntervalChanged,           loadInterval<UpdateInterval::one>,
+        encodeInterval<UpdateInterval>,      OnReset::restore};
     static constexpr Setting<TemperatureInterval> temperatureInterval{
         QLatin1StringView("temperatureInterval"), &S::temperatureInterval_,
-        &S::temperatureIntervalChanged, loadInterval<TemperatureInterval::two>,
-        encodeInterval<TemperatureInterval>};
+        &S::temperatureIntervalChanged,           loadInterval<TemperatureInterval::two>,
+        encodeInterval<TemperatureInterval>,      OnReset::restore};
     // Off keeps every up, running, non-loopback interface; on counts only those backed by a
     // device, so VPN, bridge and container traffic is not counted twice.
-    static constexpr Setting<bool> networkPhysicalOnly{
-        QLatin1StringView("networkPhysicalOnly"), &S::networkPhysicalOnly_,
-        &S::networkPhysicalOnlyChanged, loadBool<false>, encodeBool};
+    static constexpr Setting<bool> networkPhysicalOnly{QLatin1StringView("networkPhysicalOnly"),
+                                                       &S::networkPhysicalOnly_,
+                                                       &S::networkPhysicalOnlyChanged,
+                                                       loadBool<false>,
+                                                       encodeBool,
+                                                       OnReset::restore};
 
     // Loading order.
     static constexpr auto all = std::tuple{&launchAtLogin,
@@ -383,26 +426,15 @@ QList<MenuBarMetric> SettingsStore::displayedMetrics() const {
 }
 
 const QStringList& SettingsStore::keysRemovedByReset() {
-    static const QStringList keys{
-        QStringLiteral("launchAtLogin"),
-        QStringLiteral("showWelcomeScreen"),
-        QStringLiteral("hasCompletedOnboarding"),
-        QStringLiteral("enabledMetrics"),
-        QStringLiteral("metricOrder"),
-        QStringLiteral("separator"),
-        QStringLiteral("memoryFormat"),
-        QStringLiteral("temperatureFormat"),
-        QStringLiteral("themePreference"),
-        QStringLiteral("appearanceMode"),
-        QStringLiteral("customConfiguration"),
-        QStringLiteral("updateInterval"),
-        QStringLiteral("temperatureInterval"),
-        QStringLiteral("supportPromptDismissedVersion"),
-        QStringLiteral("automaticallyCheckForUpdates"),
-        QStringLiteral("metricCardStyle"),
-        QStringLiteral("menuBarDisplayStyle"),
-        QStringLiteral("networkPhysicalOnly"),
-    };
+    static const QStringList keys = [] {
+        QStringList removed;
+        std::apply(
+            [&](const auto*... setting) {
+                ((setting->onReset != OnReset::keep ? removed.append(setting->key) : void()), ...);
+            },
+            Keys::all);
+        return removed;
+    }();
     return keys;
 }
 
@@ -413,26 +445,11 @@ void SettingsStore::resetToDefaults() {
         defaults_.remove(key);
 
     // Through the ordinary setters, so observers redraw and the defaults are written back.
-    // The launch count and the last update check keep counting; the onboarding flag keeps its
-    // in-memory value until the next launch.
-    const auto restore = [this](const auto& setting) { assign(setting, setting.load(QVariant())); };
-    restore(Keys::launchAtLogin);
-    restore(Keys::showWelcomeScreen);
-    restore(Keys::enabledMetrics);
-    restore(Keys::metricOrder);
-    restore(Keys::separator);
-    restore(Keys::memoryFormat);
-    restore(Keys::temperatureFormat);
-    restore(Keys::menuBarDisplayStyle);
-    restore(Keys::themePreference);
-    restore(Keys::appearanceMode);
-    restore(Keys::customConfiguration);
-    restore(Keys::metricCardStyle);
-    restore(Keys::updateInterval);
-    restore(Keys::temperatureInterval);
-    restore(Keys::supportPromptDismissedVersion);
-    restore(Keys::automaticallyCheckForUpdates);
-    restore(Keys::networkPhysicalOnly);
+    const auto restore = [this](const auto* setting) {
+        if (setting->onReset == OnReset::restore)
+            assign(*setting, setting->load(QVariant()));
+    };
+    std::apply([&](const auto*... setting) { (restore(setting), ...); }, Keys::all);
 }
 
 } // namespace lumetra

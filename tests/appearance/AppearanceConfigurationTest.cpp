@@ -27,17 +27,17 @@ using Configuration = AppearanceConfiguration;
 // Raw values in picker order, each read back; both lookups are exact ("hud", never "Hud").
 TEST(AppearanceModeTest, RawValuesInPickerOrder) {
     QStringList raws;
-    for (M mode : kAllAppearanceModes) {
+    for (M mode : allCases<M>()) {
         raws << QString::fromLatin1(rawValue(mode));
-        EXPECT_EQ(appearanceModeFromRaw(raws.last()), mode);
+        EXPECT_EQ(fromRaw<M>(QStringView(raws.last())), mode);
     }
-    for (Material material : kAllVisualEffectMaterials) {
+    for (Material material : allCases<Material>()) {
         raws << QString::fromLatin1(rawValue(material));
-        EXPECT_EQ(visualEffectMaterialFromRaw(raws.last()), material);
+        EXPECT_EQ(fromRaw<Material>(QStringView(raws.last())), material);
     }
     EXPECT_EQ(raws.join(' '), "solid subtle translucent glass custom automatic popover hud "
                               "sidebar menu");
-    EXPECT_FALSE(appearanceModeFromRaw(u"Glass") || visualEffectMaterialFromRaw(u"Hud"));
+    EXPECT_FALSE(fromRaw<M>(QStringView(u"Glass")) || fromRaw<Material>(QStringView(u"Hud")));
 }
 
 // The preset of the selected mode, or the stored custom configuration as stored (its own

@@ -11,15 +11,17 @@ MemoryMonitor::MemoryMonitor(const KernelRoots& roots, Options options)
       pressureFile_(roots.proc("pressure/memory"), 64 * 1024) {
     std::string whyNot;
     std::vector<PressureTrigger> triggers = options_.armTriggers(pressureFile_.path(), whyNot);
-    if (triggers.empty()) {
+    if (!triggers.empty()) {
+        armed_ = true; // before the thread starts, which may report the triggers lost
+        watcher_ = PressureWatcher::start(
+            std::move(triggers), [this](PressureEvent event) { onTriggerEvent(event); },
+            [this] { onTriggersLost(); }, whyNot, options_.makeWakeFd);
+        if (!watcher_)
+            armed_ = false; // no thread was started
+    }
+    if (!armed_)
         qCInfo(logMonitoring, "Memory pressure triggers not armed (%s); reading %s instead",
                whyNot.c_str(), pressureFile_.path().c_str());
-        return;
-    }
-    armed_ = true;
-    watcher_ = std::make_unique<PressureWatcher>(
-        std::move(triggers), [this](PressureEvent event) { onTriggerEvent(event); },
-        [this] { onTriggersLost(); });
 }
 
 MemoryMonitor::~MemoryMonitor() {

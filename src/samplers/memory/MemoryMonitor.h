@@ -23,6 +23,7 @@ public:
     struct Options {
         TriggerArming armTriggers = armPressureTriggers;
         SteadyClock now = [] { return PressureLevelRule::Clock::now(); };
+        PressureWatcher::WakeFdMaker makeWakeFd = PressureWatcher::makeEventFd;
     };
 
     explicit MemoryMonitor(const KernelRoots& roots = KernelRoots());

@@ -52,17 +52,37 @@ std::vector<PressureTrigger> armPressureTriggers(const std::string& path, std::s
         ::close(warning);
         return {};
     }
-    return {{warning, PressureEvent::warning, POLLPRI}, {critical, PressureEvent::critical, POLLPRI}};
+    return {{warning, PressureEvent::warning, POLLPRI},
+            {critical, PressureEvent::critical, POLLPRI}};
 }
 
 QString PressureWatcher::threadName() {
     return QString::fromLatin1(kAppId) + QStringLiteral(".memory-pressure");
 }
 
+int PressureWatcher::makeEventFd() {
+    return ::eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK);
+}
+
+std::unique_ptr<PressureWatcher> PressureWatcher::start(std::vector<PressureTrigger> triggers,
+                                                        EventHandler onEvent, LossHandler onLost,
+                                                        std::string& whyNot,
+                                                        const WakeFdMaker& makeWakeFd) {
+    const int wakeFd = makeWakeFd();
+    if (wakeFd < 0) {
+        whyNot = std::string("eventfd: ") + std::strerror(errno);
+        for (const PressureTrigger& trigger : triggers)
+            ::close(trigger.fd);
+        return nullptr;
+    }
+    return std::unique_ptr<PressureWatcher>(
+        new PressureWatcher(std::move(triggers), std::move(onEvent), std::move(onLost), wakeFd));
+}
+
 PressureWatcher::PressureWatcher(std::vector<PressureTrigger> triggers, EventHandler onEvent,
-                                 LossHandler onLost)
+                                 LossHandler onLost, int wakeFd)
     : triggers_(std::move(triggers)), onEvent_(std::move(onEvent)), onLost_(std::move(onLost)),
-      wakeFd_(::eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK)) {
+      wakeFd_(wakeFd) {
     thread_ = std::thread([this] {
         // The kernel keeps 15 characters of a name: "memory-pressure" is the telling tail.
         ::pthread_setname_np(::pthread_self(), threadName().right(15).toUtf8().constData());

@@ -32,16 +32,27 @@ class PressureWatcher {
 public:
     using EventHandler = std::function<void(PressureEvent)>;
     using LossHandler = std::function<void()>;
+    // Makes the descriptor that wakes the thread to stop it: a descriptor, or -1 with errno.
+    using WakeFdMaker = std::function<int()>;
 
-    PressureWatcher(std::vector<PressureTrigger> triggers, EventHandler onEvent,
-                    LossHandler onLost);
-    ~PressureWatcher(); // wakes the thread and joins it
+    // Starts the thread. Null, with the triggers closed and `whyNot` set, when the wake-up
+    // descriptor cannot be made (EMFILE, ENFILE, ENOMEM): a thread blocked in poll() without
+    // one could never be stopped, so the caller reads the file instead.
+    static std::unique_ptr<PressureWatcher> start(std::vector<PressureTrigger> triggers,
+                                                  EventHandler onEvent, LossHandler onLost,
+                                                  std::string& whyNot,
+                                                  const WakeFdMaker& makeWakeFd = makeEventFd);
+    static int makeEventFd();
+
+    ~PressureWatcher(); // wakes the thread and joins it; never waits on anything else
     PressureWatcher(const PressureWatcher&) = delete;
     PressureWatcher& operator=(const PressureWatcher&) = delete;
 
     static QString threadName();
 
 private:
+    PressureWatcher(std::vector<PressureTrigger> triggers, EventHandler onEvent, LossHandler onLost,
+                    int wakeFd);
     void run();
 
     std::vector<PressureTrigger> triggers_;

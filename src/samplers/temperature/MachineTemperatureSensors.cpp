@@ -9,8 +9,8 @@
 namespace lumetra {
 
 MachineTemperatureSensors::MachineTemperatureSensors(
-    std::vector<std::unique_ptr<TemperatureSensorSource>> sources)
-    : sources_(std::move(sources)) {
+    std::vector<std::unique_ptr<TemperatureSensorSource>> sources, std::string alsoLookedFor)
+    : sources_(std::move(sources)), alsoLookedFor_(std::move(alsoLookedFor)) {
     for (const auto& source : sources_) {
         for (const auto& group : source->candidateGroups()) {
             for (const std::string& sensor : group)
@@ -21,6 +21,7 @@ MachineTemperatureSensors::MachineTemperatureSensors(
 
 std::unique_ptr<TemperatureSensorSource> MachineTemperatureSensors::open(const KernelRoots& roots) {
     std::vector<std::unique_ptr<TemperatureSensorSource>> sources;
+    std::string alsoLookedFor;
     if (roots.isLiveSystem()) {
         try {
             sources.push_back(std::make_unique<SMCTemperatureSensors>(
@@ -28,10 +29,14 @@ std::unique_ptr<TemperatureSensorSource> MachineTemperatureSensors::open(const K
         } catch (const SMCError& error) {
             if (error.kind() != SMCError::Kind::serviceNotFound)
                 qCCritical(logSensors, "SMC client unavailable: %s", error.what());
+            std::string directory = SMCSysfsTransport::directory(roots);
+            directory.pop_back(); // the trailing slash
+            alsoLookedFor = "an SMC at " + directory;
         }
     }
     sources.push_back(std::make_unique<SysfsTemperatureSensors>(roots));
-    return std::make_unique<MachineTemperatureSensors>(std::move(sources));
+    return std::make_unique<MachineTemperatureSensors>(std::move(sources),
+                                                       std::move(alsoLookedFor));
 }
 
 std::vector<std::vector<std::string>> MachineTemperatureSensors::candidateGroups() const {
@@ -49,7 +54,7 @@ std::optional<double> MachineTemperatureSensors::readCelsius(std::string_view se
 }
 
 std::string MachineTemperatureSensors::lookedFor() const {
-    std::string text;
+    std::string text = alsoLookedFor_;
     for (const auto& source : sources_)
         text += (text.empty() ? "" : "; ") + source->lookedFor();
     return text;

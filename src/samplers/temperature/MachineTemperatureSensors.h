@@ -12,8 +12,10 @@ namespace lumetra {
 // given, and each sensor read from the source that offers it.
 class MachineTemperatureSensors final : public TemperatureSensorSource {
 public:
+    // `alsoLookedFor` names sources that were looked for and not found, for lookedFor().
     explicit MachineTemperatureSensors(
-        std::vector<std::unique_ptr<TemperatureSensorSource>> sources);
+        std::vector<std::unique_ptr<TemperatureSensorSource>> sources,
+        std::string alsoLookedFor = {});
 
     // This machine's sources below the root: the SMC where the kernel lets us talk to it
     // (live system only: a saved tree has no controller, and nothing below a given root is
@@ -28,6 +30,7 @@ public:
 private:
     std::vector<std::unique_ptr<TemperatureSensorSource>> sources_;
     std::map<std::string, TemperatureSensorSource*, std::less<>> owners_;
+    std::string alsoLookedFor_;
 };
 
 } // namespace lumetra

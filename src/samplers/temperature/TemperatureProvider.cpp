@@ -56,6 +56,9 @@ TemperatureProvider::resolveSensors(TemperatureSensorSource& source) {
     if (sensors.empty())
         qCWarning(logSensors, "No plausible temperature sensor found; looked for %s",
                   source.lookedFor().c_str());
+    else if (sensors.front().find('/') == std::string::npos) // SMC keys; Linux's are chip/label
+        qCInfo(logSensors, "Resolved %ld temperature SMC key(s)",
+               static_cast<long>(sensors.size()));
     else
         qCInfo(logSensors, "Resolved %ld temperature sensor(s): %s",
                static_cast<long>(sensors.size()), qUtf8Printable(validatedNames_.join(", ")));

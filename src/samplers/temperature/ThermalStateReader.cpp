@@ -30,8 +30,9 @@ std::vector<fs::path> entriesStartingWith(const fs::path& directory, std::string
     return entries;
 }
 
+// The states are declared coolest first.
 ThermalState atLeast(ThermalState a, ThermalState b) {
-    return static_cast<int>(a) >= static_cast<int>(b) ? a : b;
+    return std::max(a, b);
 }
 
 } // namespace

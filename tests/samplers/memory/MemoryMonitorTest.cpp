@@ -168,6 +168,30 @@ TEST(MemoryMonitorPressureTest, TriggersRaiseTheLevelAndLostTriggersFallBackToTh
     EXPECT_EQ(monitor.pressure(), Level::elevated);
 }
 
+// Out of descriptors for the wake-up: the triggers are given back and the file is read, and
+// the monitor goes away without waiting on a thread it could not stop.
+TEST(MemoryMonitorPressureTest, NoWakeUpDescriptorFallsBackToTheFile) {
+    ScratchTree tree;
+    tree.write("proc/pressure/memory", pressureFile("30.00", "11.00"));
+    int warning[2];
+    ASSERT_EQ(::pipe2(warning, O_NONBLOCK | O_CLOEXEC), 0);
+    MemoryMonitor::Options options;
+    options.armTriggers = [&](const std::string&, std::string&) {
+        return std::vector<PressureTrigger>{{warning[0], PressureEvent::warning, POLLIN}};
+    };
+    options.makeWakeFd = [] {
+        errno = EMFILE;
+        return -1;
+    };
+    {
+        MemoryMonitor monitor(KernelRoots(tree.root()), options);
+        EXPECT_FALSE(monitor.triggersArmed());
+        EXPECT_EQ(monitor.pressure(), Level::critical) << "from the file's averages";
+    }
+    EXPECT_EQ(::fcntl(warning[0], F_GETFD), -1) << "the trigger was closed";
+    ::close(warning[1]);
+}
+
 TEST(MemoryMonitorPressureTest, UnarmedLevelFollowsTheFileOnEachRead) {
     ScratchTree tree;
     MemoryMonitor::Options options;

@@ -1,5 +1,7 @@
 #include "samplers/temperature/TemperatureProvider.h"
 #include "model/Logging.h"
+#include "samplers/temperature/MachineTemperatureSensors.h"
+#include "samplers/temperature/SysfsTemperatureSensors.h"
 #include "samplers/temperature/ThermalMonitor.h"
 #include "samplers/temperature/smc/SMCClient.h"
 #include "samplers/temperature/smc/SMCSimulator.h"
@@ -88,7 +90,7 @@ TEST(TemperatureProviderTest, MeanOfTheKeysFoundOnceThatAreStillInRange) {
     machine.smc->setFloat("Tp09", 46.0f);
     EXPECT_EQ(provider->currentReading().temperature, 46.0) << "back again";
     EXPECT_EQ(machine.opens, 1);
-    EXPECT_EQ(log.lines(), QStringList{"Resolved 3 temperature sensor(s): Tp01, Tp09, Tc0a"});
+    EXPECT_EQ(log.lines(), QStringList{"Resolved 3 temperature SMC key(s)"});
 }
 
 TEST(TemperatureProviderTest, OpeningFailureIsTriedAndLoggedOnce) {
@@ -130,6 +132,29 @@ TEST(TemperatureProviderTest, DiscoveryProbesTheTableOnceEvenWhenNothingIsPlausi
                                        "SMC's die-temperature keys"});
 }
 
+// An SMC beside Linux's sensors: its die keys are the first rule, so a plausible key wins;
+// an SMC whose keys read nonsense gives way to hwmon. Each name is read from its own source.
+TEST(TemperatureProviderTest, SMCKeysComeBeforeLinuxSensors) {
+    for (const auto& [smcValue, mean, names] :
+         {std::tuple{47.5f, 47.5, QStringList{"Tp01"}},
+          {150.0f, 45.0, QStringList{"coretemp/Package id 0"}}}) {
+        std::vector<std::unique_ptr<TemperatureSensorSource>> sources;
+        auto smc = std::make_unique<SMCSimulator>();
+        smc->setFloat("Tp01", smcValue);
+        sources.push_back(
+            std::make_unique<SMCTemperatureSensors>(std::make_unique<SMCClient>(std::move(smc))));
+        sources.push_back(
+            std::make_unique<SysfsTemperatureSensors>(KernelRoots(fixtureRoot("desktop-intel"))));
+        SensorLog log;
+        TemperatureProvider provider(
+            [&] { return std::make_unique<MachineTemperatureSensors>(std::move(sources)); },
+            [] { return ThermalState::nominal; });
+        const TemperatureReading reading = provider.currentReading();
+        EXPECT_EQ(reading.temperature, mean) << smcValue;
+        EXPECT_EQ(reading.sources, names) << smcValue;
+    }
+}
+
 // Each fixture machine: the sensors chosen, in order, the temperature and the thermal state.
 TEST(TemperatureProviderTest, FixtureMachinesReadTheDieTemperatureAndState) {
     struct Case {
@@ -164,7 +189,11 @@ TEST(TemperatureProviderTest, FixtureMachinesReadTheDieTemperatureAndState) {
             EXPECT_EQ(reading.sources, c.sources);
         }
         ASSERT_EQ(log.lines().size(), 1);
-        if (c.sources.isEmpty()) {
+        if (!c.sources.isEmpty()) {
+            EXPECT_EQ(log.lines().first(), QString("Resolved %1 temperature sensor(s): %2")
+                                               .arg(c.sources.size())
+                                               .arg(c.sources.join(", ")));
+        } else {
             // One line naming where it looked, below the root it was given.
             const QString line = log.lines().first();
             EXPECT_TRUE(line.startsWith("No plausible temperature sensor found; looked for hwmon "

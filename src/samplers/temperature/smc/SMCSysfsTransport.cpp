@@ -1,7 +1,7 @@
 #include "samplers/temperature/smc/SMCSysfsTransport.h"
 
-#include "samplers/temperature/smc/SMCError.h"
 #include "samplers/kernel/TextScan.h"
+#include "samplers/temperature/smc/SMCError.h"
 
 #include <algorithm>
 #include <cerrno>
@@ -30,6 +30,10 @@ int errorOf(const KernelFileRead& read) {
 }
 
 } // namespace
+
+std::string SMCSysfsTransport::directory(const KernelRoots& roots) {
+    return roots.sys(kDirectory);
+}
 
 std::unique_ptr<SMCTransport> SMCSysfsTransport::open(const KernelRoots& roots) {
     const std::string directory = roots.sys(kDirectory);

@@ -22,6 +22,8 @@ public:
     // Throws serviceNotFound when the driver's directory is absent, failedToOpen(-errno)
     // when its key interface cannot be used.
     static std::unique_ptr<SMCTransport> open(const KernelRoots& roots);
+    // The driver's directory below the root.
+    static std::string directory(const KernelRoots& roots);
 
     ~SMCSysfsTransport() override;
     SMCSysfsTransport(const SMCSysfsTransport&) = delete;

@@ -27,37 +27,8 @@ struct SimulatedClient {
     std::unique_ptr<SMCClient> client;
 };
 
-TEST(SMCCallRecordTest, CallsAreLaidOutByteForByte) {
-    SimulatedClient c;
-    c.smc->setKey("Tp01", "flt ", {0x00, 0x00, 0x3e, 0x42});
-    c.client->readKey("Tp01");
-    ASSERT_EQ(c.smc->calls().size(), 2u);
-    // The information call: the key little-endian at 0 and command 9 at 42; the read call
-    // adds the data size from it at 28 and command 5.
-    std::array<std::uint8_t, 80> expected{0x31, 0x30, 0x70, 0x54};
-    expected[42] = 9;
-    EXPECT_EQ(c.smc->calls()[0].bytes(), expected);
-    expected[28] = 4;
-    expected[42] = 5;
-    EXPECT_EQ(c.smc->calls()[1].bytes(), expected);
-
-    // Every field at its offset, little-endian, nothing else written.
-    SMCCallRecord record;
-    record.setKey(0x01020304);
-    record.setDataSize(0x0A0B0C0D);
-    record.setDataType(encodeSMCKey("sp78"));
-    record.setResult(132);
-    record.setCommand(5);
-    expected = {4, 3, 2, 1};
-    std::ranges::copy(Bytes{0x0D, 0x0C, 0x0B, 0x0A, '8', '7', 'p', 's'}, &expected[28]);
-    expected[40] = 132;
-    expected[42] = 5;
-    EXPECT_EQ(record.bytes(), expected);
-}
-
 TEST(SMCKeyEncodingTest, KeysAndDataTypesAreFourCharacterCodes) {
-    for (const auto& [key, code] :
-         {std::pair{"Tp01", 0x54703031u}, {"Tc0h", 0x54633068u}, {"flt ", 0x666C7420u}, {"", 0u}})
+    for (const auto& [key, code] : {std::pair{"Tp01", 0x54703031u}, {"", 0u}})
         EXPECT_EQ(encodeSMCKey(key), code) << key;
     // Non-printable bytes are left out of the text; a space is printable.
     for (const auto& [code, text] : {std::pair{0x666C7420u, "flt "},
@@ -128,7 +99,7 @@ TEST(SMCClientTest, EachFailingCallThrowsItsError) {
     EXPECT_EQ(thrown<SMCError>([&] { silent.readKey("Tp01"); }), SMCError::callFailed(0));
 }
 
-TEST(SMCClientTest, OpeningFailuresAreThrownAndDescribed) {
+TEST(SMCClientTest, OpeningFailuresAreThrown) {
     EXPECT_EQ(thrown<SMCError>([] { SMCClient client{std::unique_ptr<SMCTransport>()}; }),
               SMCError::serviceNotFound());
     const auto failing = []() -> std::unique_ptr<SMCTransport> {
@@ -136,11 +107,6 @@ TEST(SMCClientTest, OpeningFailuresAreThrownAndDescribed) {
     };
     EXPECT_EQ(thrown<SMCError>([&] { SMCClient client(failing); }),
               SMCError::failedToOpen(-536870201));
-    // The description is the case's name with its payload.
-    EXPECT_STREQ(SMCError::failedToOpen(-13).what(), "failedToOpen(-13)");
-    EXPECT_STREQ(SMCError::callFailed(133).what(), "callFailed(133)");
-    EXPECT_EQ(SMCError::serviceNotFound().description(), "serviceNotFound");
-    EXPECT_EQ(SMCError::keyNotFound().description(), "keyNotFound");
 }
 
 // The applesmc driver's key interface, in a scratch tree holding one key.

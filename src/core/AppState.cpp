@@ -25,14 +25,17 @@ namespace lumetra {
 
 namespace {
 
-std::unique_ptr<SystemMonitor> defaultMonitor(const SettingsStore& settings) {
+std::unique_ptr<SystemMonitor> defaultMonitor(SettingsStore& settings) {
     const KernelRoots roots;
+    const auto network = std::make_shared<NetworkMonitor>(roots);
+    network->setPhysicalOnly(settings.networkPhysicalOnly());
+    QObject::connect(
+        &settings, &SettingsStore::networkPhysicalOnlyChanged, &settings,
+        [&settings, network] { network->setPhysicalOnly(settings.networkPhysicalOnly()); });
     return std::make_unique<SystemMonitor>(
-        SystemMonitor::Providers{std::make_shared<CPUMonitor>(roots),
-                                 std::make_shared<MemoryMonitor>(roots),
-                                 std::make_shared<NetworkMonitor>(roots),
-                                 std::make_shared<TemperatureProvider>(roots),
-                                 std::make_shared<DiskMonitor>(roots)},
+        SystemMonitor::Providers{
+            std::make_shared<CPUMonitor>(roots), std::make_shared<MemoryMonitor>(roots), network,
+            std::make_shared<TemperatureProvider>(roots), std::make_shared<DiskMonitor>(roots)},
         seconds(settings.updateInterval()), seconds(settings.temperatureInterval()));
 }
 

@@ -5,6 +5,10 @@
 #   scripts/measure-watch.sh SHORT_SECONDS LONG_SECONDS -- COMMAND [ARGS…]
 # e.g. scripts/measure-watch.sh 20 140 -- build/lumetra --watch
 #      scripts/measure-watch.sh 20 140 -- i3status -c bench/i3status.conf
+# lumetra's line follows the settings file; for numbers that compare, enable all five metrics:
+#   mkdir -p /tmp/m/lumetra && echo '{"enabledMetrics": ["cpu", "memory", "temperature",
+#   "download", "upload"]}' > /tmp/m/lumetra/settings.json
+#   XDG_CONFIG_HOME=/tmp/m scripts/measure-watch.sh 20 140 -- build/lumetra --watch
 set -euo pipefail
 short=${1:?short seconds}; long=${2:?long seconds}; shift 2
 [ "${1:-}" = "--" ] && shift

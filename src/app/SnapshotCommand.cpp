@@ -1,5 +1,6 @@
 #include "app/SnapshotCommand.h"
 
+#include "core/LiveProviders.h"
 #include "core/SystemMonitor.h"
 #include "dashboard/DashboardPicture.h"
 #include "dashboard/DashboardView.h"
@@ -140,7 +141,7 @@ int SnapshotCommand::run(int argc, char* argv[], const SnapshotOptions& options)
     if (options.style)
         settings.setMetricCardStyle(*options.style);
     const KernelRoots roots;
-    SystemMonitor monitor(SystemMonitor::liveProviders(roots), seconds(settings.updateInterval()),
+    SystemMonitor monitor(liveProviders(roots, settings), seconds(settings.updateInterval()),
                           seconds(settings.temperatureInterval()));
 
     DashboardView view(monitor, settings);

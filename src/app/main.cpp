@@ -2,16 +2,12 @@
 #include "app/SnapshotCommand.h"
 #include "cli/TerminalMode.h"
 #include "cli/TerminalOptions.h"
+#include "core/LiveProviders.h"
 #include "core/SystemMonitor.h"
 #include "desktop/SingleInstance.h"
 #include "model/AppId.h"
 #include "model/Logging.h"
-#include "samplers/temperature/TemperatureProvider.h"
-#include "samplers/cpu/CPUMonitor.h"
-#include "samplers/disk/DiskMonitor.h"
-#include "samplers/memory/MemoryMonitor.h"
 #include "samplers/disk/MountWatcher.h"
-#include "samplers/network/NetworkMonitor.h"
 #include "settings/SettingsStore.h"
 #include "settings/UserDefaults.h"
 
@@ -34,16 +30,9 @@ bool hasDisplay() {
 }
 
 // The text and i3bar lines show no disks: listing them every slow tick would be work for
-// nothing on a status bar that runs for days.
-class NoDiskVolumes final : public DiskProviding {
-public:
-    DiskVolumeList currentVolumes() override { return {}; }
-};
-
-std::shared_ptr<DiskProviding> diskProvider(OutputFormat format, const KernelRoots& roots) {
-    if (format == OutputFormat::json || format == OutputFormat::waybar)
-        return std::make_shared<DiskMonitor>(roots);
-    return std::make_shared<NoDiskVolumes>();
+// nothing on a status bar that runs for days, so those formats sample none.
+bool formatShowsDisks(OutputFormat format) {
+    return format == OutputFormat::json || format == OutputFormat::waybar;
 }
 
 void printTo(std::FILE* stream, const QString& text) {
@@ -53,6 +42,10 @@ void printTo(std::FILE* stream, const QString& text) {
 }
 
 int runTerminal(int argc, char* argv[], TerminalOptions options) {
+    // Qt's own event loop wakes for a timer or a posted event with a fraction of the work
+    // GLib's does, and a status bar runs this loop every second for days.
+    if (!qEnvironmentVariableIsSet("QT_NO_GLIB"))
+        qputenv("QT_NO_GLIB", "1");
     QCoreApplication app(argc, argv);
     QCoreApplication::setApplicationName(QStringLiteral("lumetra"));
     QCoreApplication::setApplicationVersion(QString::fromLatin1(kAppVersion));
@@ -61,18 +54,15 @@ int runTerminal(int argc, char* argv[], TerminalOptions options) {
     // The terminal mode only reads the settings: the panel app owns the file.
     UserDefaults defaults(UserDefaults::standardFilePath(), UserDefaults::Access::readOnly);
     SettingsStore settings(defaults);
-    SystemMonitor monitor(
-        {std::make_shared<CPUMonitor>(roots), std::make_shared<MemoryMonitor>(roots),
-         std::make_shared<NetworkMonitor>(roots),
-         std::make_shared<TemperatureProvider>(roots),
-         diskProvider(options.format, roots)},
-        seconds(settings.updateInterval()), seconds(settings.temperatureInterval()));
+    SystemMonitor::Providers providers = liveProviders(roots, settings);
+    if (!formatShowsDisks(options.format))
+        providers.disk = nullptr;
+    SystemMonitor monitor(std::move(providers), seconds(settings.updateInterval()),
+                          seconds(settings.temperatureInterval()));
     // Formats that show disks re-list them as soon as a file system comes or goes; a single
     // --print line has nothing to re-list.
     std::unique_ptr<MountWatcher> mountWatcher;
-    const bool showsDisks =
-        options.format == OutputFormat::json || options.format == OutputFormat::waybar;
-    if (showsDisks && options.action == TerminalOptions::Action::watch) {
+    if (formatShowsDisks(options.format) && options.action == TerminalOptions::Action::watch) {
         mountWatcher = std::make_unique<MountWatcher>(roots);
         QObject::connect(mountWatcher.get(), &MountWatcher::mountsChanged, &monitor,
                          &SystemMonitor::refreshDiskVolumes);

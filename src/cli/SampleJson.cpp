@@ -6,10 +6,20 @@ void writeSampleJson(JsonWriter& json, const SystemMetrics& metrics, const DiskV
                      const QString& label) {
     json.beginObject();
     json.key("timestamp").value(isoTimestamp(metrics.timestamp));
-    json.key("cpuUsage").value(metrics.cpuUsage);
-    json.key("memoryUsed").value(metrics.memoryUsed);
-    json.key("memoryTotal").value(metrics.memoryTotal);
-    json.key("memoryPercentage").value(metrics.memoryPercentage);
+    // A figure that could not be read is null, never a made-up 0.
+    if (metrics.cpuUsageValid)
+        json.key("cpuUsage").value(metrics.cpuUsage);
+    else
+        json.key("cpuUsage").null();
+    if (metrics.memoryValid) {
+        json.key("memoryUsed").value(metrics.memoryUsed);
+        json.key("memoryTotal").value(metrics.memoryTotal);
+        json.key("memoryPercentage").value(metrics.memoryPercentage);
+    } else {
+        json.key("memoryUsed").null();
+        json.key("memoryTotal").null();
+        json.key("memoryPercentage").null();
+    }
     json.key("memoryPressure").value(rawValue(metrics.memoryPressure));
     json.key("temperature").value(metrics.temperature);
     json.key("thermalState").value(rawValue(metrics.thermalState));
@@ -20,6 +30,10 @@ void writeSampleJson(JsonWriter& json, const SystemMetrics& metrics, const DiskV
     json.endArray();
     json.key("downloadBytesPerSecond").value(metrics.downloadBytesPerSecond);
     json.key("uploadBytesPerSecond").value(metrics.uploadBytesPerSecond);
+    json.key("networkInterfaces").beginArray();
+    for (const QString& name : metrics.networkInterfaces)
+        json.value(name);
+    json.endArray();
     json.key("disks").beginArray();
     for (const DiskVolume& volume : disks) {
         json.beginObject();

@@ -34,8 +34,10 @@ const char* i3barColor(LevelColor color) {
     return nullptr;
 }
 
-std::string toUtf8(const QString& text) {
-    return text.toStdString();
+// Into the reused buffer, which keeps its capacity from line to line.
+void assignUtf8(std::string& out, const QString& text) {
+    const QByteArray utf8 = text.toUtf8();
+    out.assign(utf8.constData(), static_cast<std::size_t>(utf8.size()));
 }
 
 } // namespace
@@ -62,8 +64,8 @@ std::string StatusLineWriter::header() const {
 const std::string& StatusLineWriter::line(const StatusSnapshot& snapshot) {
     switch (format_) {
     case OutputFormat::text:
-        text_ = toUtf8(labelLine(snapshot.metrics, snapshot.cpuHistory, snapshot.memoryHistory,
-                                 snapshot.settings));
+        assignUtf8(text_, labelLine(snapshot.metrics, snapshot.cpuHistory, snapshot.memoryHistory,
+                                    snapshot.settings));
         text_ += '\n';
         return text_;
     case OutputFormat::json:

@@ -35,9 +35,11 @@ void TerminalMode::onMetricsChanged() {
         return;
     lastTimestamp_ = timestamp;
     ++fastSamples_;
+    // The first sample only takes the CPU and network baselines: a line from it would show
+    // made-up zeros, so the first line comes one update interval later.
+    if (fastSamples_ < 2)
+        return;
     if (options_.action == TerminalOptions::Action::print) {
-        if (fastSamples_ < 2)
-            return; // the first sample only primes CPU and network
         writeLine();
         done_ = true;
         monitor_.stop();

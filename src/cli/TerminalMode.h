@@ -13,8 +13,8 @@ namespace lumetra {
 
 class SettingsStore;
 
-// The terminal and status-bar mode: a line per fast sample (--watch), or one line from the
-// second sample, so that CPU and rates are real, and then done (--print).
+// The terminal and status-bar mode: a line per fast sample from the second on, so that CPU
+// and rates are real (--watch), or the second sample's line and then done (--print).
 class TerminalMode : public QObject {
     Q_OBJECT
 

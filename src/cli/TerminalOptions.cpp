@@ -1,10 +1,37 @@
 #include "cli/TerminalOptions.h"
 
+#include <QDir>
+#include <QFile>
 #include <QFileInfo>
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <cstring>
 
 namespace lumetra {
 
 namespace {
+
+constexpr const char* kOptionNames[] = {"--print",    "--watch", "--format", "--root",
+                                        "--settings", "--help",  "--version"};
+
+// Why `path` is not a readable regular file, or nothing when it is one.
+std::optional<QString> whyUnreadable(const QString& path) {
+    const QByteArray local = QFile::encodeName(path);
+    struct stat status {};
+    if (::stat(local.constData(), &status) != 0)
+        return QString::fromLocal8Bit(std::strerror(errno));
+    if (!S_ISREG(status.st_mode))
+        return QStringLiteral("not a regular file");
+    const int descriptor = ::open(local.constData(), O_RDONLY | O_CLOEXEC | O_NONBLOCK);
+    if (descriptor < 0)
+        return QString::fromLocal8Bit(std::strerror(errno));
+    ::close(descriptor);
+    return std::nullopt;
+}
 
 std::optional<OutputFormat> formatFromName(const QString& name) {
     if (name == QLatin1String("text"))
@@ -83,10 +110,20 @@ TerminalOptionsParse parseTerminalOptions(const QStringList& arguments) {
             if (!QFileInfo(*root).isDir())
                 return failure(
                     QStringLiteral("lumetra: --root '%1' is not a directory").arg(*root));
+            if (const auto missing = missingKernelFile(*root))
+                return failure(
+                    QStringLiteral("lumetra: --root '%1' cannot be read: %2").arg(*root, *missing));
             options.root = *root;
             rootGiven = true;
         } else if (argument == QLatin1String("--settings")) {
             options.showSettings = true;
+        } else if (!argument.startsWith(u'-')) {
+            QString message = QStringLiteral("lumetra: unexpected argument '%1'").arg(argument);
+            for (const char* name : kOptionNames) {
+                if (argument == QLatin1String(name + 2))
+                    message += QStringLiteral(" (did you mean '%1'?)").arg(QLatin1String(name));
+            }
+            return failure(message);
         } else {
             return failure(QStringLiteral("lumetra: unknown option '%1'").arg(arguments[i]));
         }
@@ -100,30 +137,44 @@ TerminalOptionsParse parseTerminalOptions(const QStringList& arguments) {
     return {options, {}};
 }
 
+std::optional<QString> missingKernelFile(const QString& root) {
+    for (const char* name : {"proc/stat", "proc/meminfo"}) {
+        const QString path = root + u'/' + QLatin1String(name);
+        if (const auto why = whyUnreadable(path))
+            return QStringLiteral("%1: %2").arg(QDir::cleanPath(path), *why);
+    }
+    return std::nullopt;
+}
+
 QString terminalUsage() {
     return QStringLiteral(
         "Usage: lumetra [--settings]\n"
         "       lumetra --print [--format FORMAT] [--root DIR]\n"
         "       lumetra --watch [--format FORMAT] [--root DIR]\n"
         "\n"
-        "A lightweight system monitor that lives in your menu bar.\n"
+        "A lightweight system monitor for the Linux desktop: CPU, memory and memory\n"
+        "pressure, network rates, disks and temperature.\n"
         "\n"
-        "Without options lumetra starts its panel item. With no display (neither DISPLAY\n"
-        "nor WAYLAND_DISPLAY set) it runs --watch instead.\n"
+        "With a display, lumetra starts the panel app: an item in your panel with the live\n"
+        "label, and a dashboard that opens when you click it. Starting lumetra again while\n"
+        "it runs opens the running one's dashboard. With no display (neither DISPLAY nor\n"
+        "WAYLAND_DISPLAY set) it runs --watch instead.\n"
         "\n"
-        "  --print          print one label line and exit (two readings one update\n"
-        "                   interval apart, so CPU and network rates are real)\n"
-        "  --watch          print a line every update interval until interrupted\n"
+        "  --print          print one line and exit (two readings one update interval\n"
+        "                   apart, so CPU and network rates are real)\n"
+        "  --watch          print a line every update interval until interrupted; the\n"
+        "                   first one update interval after the start\n"
         "  --format FORMAT  text (default), json, waybar or i3bar\n"
-        "  --root DIR       read DIR/proc and DIR/sys instead of /proc and /sys\n"
-        "                   (a host's trees mounted into a container, or a saved tree)\n"
-        "  --settings       open the settings window of the panel app\n"
+        "  --root DIR       read DIR/proc and DIR/sys instead of /proc and /sys (a host's\n"
+        "                   trees mounted into a container, or a saved tree); DIR/proc/stat\n"
+        "                   and DIR/proc/meminfo must be readable files\n"
+        "  --settings       open the panel app's settings window (the running one's)\n"
         "  --snapshot FILE  write the dashboard (or --label) as a PNG; --style, --theme\n"
         "  -h, --help       show this help and exit\n"
         "  -v, --version    show the version and exit\n"
         "\n"
-        "The label follows your settings (~/.config/lumetra/settings.json), and a change\n"
-        "there shows on the next line.\n");
+        "The lines follow your settings (~/.config/lumetra/settings.json), and a change\n"
+        "there shows on the next line. In JSON a figure that could not be read is null.\n");
 }
 
 } // namespace lumetra

@@ -28,6 +28,10 @@ struct TerminalOptionsParse {
 // Parses argv (without the program name). "--format=json" and "--format json" both work.
 TerminalOptionsParse parseTerminalOptions(const QStringList& arguments);
 
+// What makes `root` unusable as a kernel tree ("ROOT/proc/stat: No such file or directory"):
+// proc/stat or proc/meminfo not a readable regular file. Nothing when both are.
+std::optional<QString> missingKernelFile(const QString& root);
+
 // The --help text.
 QString terminalUsage();
 

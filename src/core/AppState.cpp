@@ -1,5 +1,7 @@
 #include "core/AppState.h"
 
+#include "core/LiveProviders.h"
+
 #include "appearance/AppearanceManager.h"
 #include "core/StoredUpdateCheckSettings.h"
 #include "core/SystemMonitor.h"
@@ -20,9 +22,9 @@ namespace lumetra {
 
 namespace {
 
-std::unique_ptr<SystemMonitor> defaultMonitor(const SettingsStore& settings) {
+std::unique_ptr<SystemMonitor> defaultMonitor(SettingsStore& settings) {
     const KernelRoots roots;
-    return std::make_unique<SystemMonitor>(SystemMonitor::liveProviders(roots),
+    return std::make_unique<SystemMonitor>(liveProviders(roots, settings),
                                            seconds(settings.updateInterval()),
                                            seconds(settings.temperatureInterval()));
 }

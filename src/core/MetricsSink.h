@@ -22,7 +22,8 @@ public:
 
     virtual void applyFastSample(const std::optional<MemorySnapshot>& memory,
                                  MemoryPressureLevel pressure,
-                                 const std::optional<NetworkRates>& rates, double cpuUsage) = 0;
+                                 const std::optional<NetworkRates>& rates,
+                                 std::optional<double> cpuUsage) = 0;
     virtual void applyThermalReading(const TemperatureReading& reading) = 0;
     virtual void applyDiskVolumes(const DiskVolumeList& volumes) = 0;
 };

@@ -74,13 +74,16 @@ public:
         slowTimer_.stop();
     }
 
-    void refreshDiskVolumes() { startDiskChild(std::nullopt); }
+    void refreshDiskVolumes() {
+        if (providers_.disk)
+            startDiskChild(std::nullopt);
+    }
 
 private:
     void fastTick() {
         if (!running_)
             return;
-        const double usage = providers_.cpu->currentUsage();
+        const std::optional<double> usage = providers_.cpu->currentUsage();
         const std::optional<MemorySnapshot> memory = providers_.memory->currentSnapshot();
         const MemoryPressureLevel pressure = providers_.memory->pressure();
         const std::optional<NetworkRates> rates = networkRates();
@@ -102,10 +105,11 @@ private:
     void slowTick() {
         if (!running_)
             return;
-        pendingSlowChildren_ = 2;
+        pendingSlowChildren_ = providers_.disk ? 2 : 1;
         const std::uint64_t generation = generation_;
         startThermalChild(generation);
-        startDiskChild(generation);
+        if (providers_.disk)
+            startDiskChild(generation);
     }
 
     void startThermalChild(std::uint64_t generation) {

@@ -23,7 +23,7 @@ struct MonitoringProviders {
     std::shared_ptr<MemoryProviding> memory;
     std::shared_ptr<NetworkProviding> network;
     std::shared_ptr<ThermalMonitor> thermal;
-    std::shared_ptr<DiskProviding> disk;
+    std::shared_ptr<DiskProviding> disk; // null: no disks are listed (a line that shows none)
 };
 
 // Runs the two sampling loops on a thread of its own:

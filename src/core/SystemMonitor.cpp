@@ -1,18 +1,6 @@
 #include "core/SystemMonitor.h"
 
-#include "samplers/cpu/CPUMonitor.h"
-#include "samplers/disk/DiskMonitor.h"
-#include "samplers/memory/MemoryMonitor.h"
-#include "samplers/network/NetworkMonitor.h"
-#include "samplers/temperature/TemperatureProvider.h"
-
 namespace lumetra {
-
-SystemMonitor::Providers SystemMonitor::liveProviders(const KernelRoots& roots) {
-    return {std::make_shared<CPUMonitor>(roots), std::make_shared<MemoryMonitor>(roots),
-            std::make_shared<NetworkMonitor>(roots), std::make_shared<TemperatureProvider>(roots),
-            std::make_shared<DiskMonitor>(roots)};
-}
 
 namespace {
 
@@ -65,8 +53,9 @@ void SystemMonitor::refreshDiskVolumes() {
 
 void SystemMonitor::applyFastSample(const std::optional<MemorySnapshot>& memory,
                                     MemoryPressureLevel pressure,
-                                    const std::optional<NetworkRates>& rates, double cpuUsage) {
-    cpuHistory_.append(cpuUsage);
+                                    const std::optional<NetworkRates>& rates,
+                                    std::optional<double> cpuUsage) {
+    cpuHistory_.append(cpuUsage.value_or(0));
     emit cpuHistoryChanged();
 
     SystemMetrics record = metrics_;
@@ -78,12 +67,15 @@ void SystemMonitor::applyFastSample(const std::optional<MemorySnapshot>& memory,
         record.memoryTotal = memory->total;
         record.memoryPercentage = percentage;
     }
+    record.memoryValid = memory.has_value();
     record.timestamp = clock_();
     if (rates) {
         record.downloadBytesPerSecond = rates->download;
         record.uploadBytesPerSecond = rates->upload;
+        record.networkInterfaces = rates->interfaces;
     }
-    record.cpuUsage = cpuUsage;
+    record.cpuUsage = cpuUsage.value_or(0);
+    record.cpuUsageValid = cpuUsage.has_value();
     record.memoryPressure = pressure;
     publish(record);
 }

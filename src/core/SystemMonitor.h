@@ -6,10 +6,6 @@
 #include "model/SystemMetrics.h"
 #include "samplers/temperature/TemperatureProviding.h"
 
-namespace lumetra {
-class KernelRoots;
-}
-
 #include <functional>
 #include <memory>
 
@@ -31,12 +27,8 @@ public:
         std::shared_ptr<MemoryProviding> memory;
         std::shared_ptr<NetworkProviding> network;
         std::shared_ptr<TemperatureProviding> temperature;
-        std::shared_ptr<DiskProviding> disk;
+        std::shared_ptr<DiskProviding> disk; // may be null: no disk list
     };
-
-    // The kernel's own readers under a root: what the panel app, the terminal mode and the
-    // snapshot sample with.
-    static Providers liveProviders(const KernelRoots& roots);
 
     // Does not start sampling. The sink is attached before any later start() takes effect.
     SystemMonitor(Providers providers, double updateInterval, double temperatureInterval,
@@ -55,7 +47,8 @@ public:
     void refreshDiskVolumes();
 
     void applyFastSample(const std::optional<MemorySnapshot>& memory, MemoryPressureLevel pressure,
-                         const std::optional<NetworkRates>& rates, double cpuUsage) override;
+                         const std::optional<NetworkRates>& rates,
+                         std::optional<double> cpuUsage) override;
     void applyThermalReading(const TemperatureReading& reading) override;
     void applyDiskVolumes(const DiskVolumeList& volumes) override;
 

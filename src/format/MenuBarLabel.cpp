@@ -104,31 +104,48 @@ double temperatureScale(double celsius) {
     return std::clamp((celsius - 20) / 80 * 100, 0.0, 100.0);
 }
 
+// The level a metric's colour and bar follow, if it has one.
+std::optional<double> levelPercentage(MenuBarMetric metric, const SystemMetrics& metrics) {
+    switch (metric) {
+    case MenuBarMetric::cpu:
+        return metrics.cpuUsage;
+    case MenuBarMetric::memory:
+        return metrics.memoryPercentage;
+    case MenuBarMetric::temperature:
+        if (!metrics.temperature)
+            return std::nullopt;
+        return temperatureScale(*metrics.temperature);
+    case MenuBarMetric::download:
+    case MenuBarMetric::upload:
+        return std::nullopt;
+    }
+    return std::nullopt;
+}
+
 MenuBarChipContent chip(MenuBarMetric metric, const SystemMetrics& metrics,
                         const MetricHistory& cpuHistory, const MetricHistory& memoryHistory,
                         const LabelSettings& settings) {
     constexpr int kSparklineLength = 7;
+    const std::optional<double> percentage = levelPercentage(metric, metrics);
     switch (metric) {
     case MenuBarMetric::cpu:
         return {metric, wholePercentText(metrics.cpuUsage),
-                sparkline(cpuHistory.elements(), kSparklineLength), metrics.cpuUsage};
+                sparkline(cpuHistory.elements(), kSparklineLength), percentage};
     case MenuBarMetric::memory:
         return {metric, memoryValue(metrics, settings.memoryFormat),
-                sparkline(memoryHistory.elements(), kSparklineLength), metrics.memoryPercentage};
+                sparkline(memoryHistory.elements(), kSparklineLength), percentage};
     case MenuBarMetric::temperature:
         if (!metrics.temperature)
-            return {metric,
-                    QCoreApplication::translate("MenuBarLabel", "Unavailable"),
-                    {},
-                    std::nullopt};
+            return {
+                metric, QCoreApplication::translate("MenuBarLabel", "Unavailable"), {}, percentage};
         return {metric,
                 temperatureText(*metrics.temperature, settings.temperatureFormat),
                 {},
-                temperatureScale(*metrics.temperature)};
+                percentage};
     case MenuBarMetric::download:
-        return {metric, formatRate(metrics.downloadBytesPerSecond), {}, std::nullopt};
+        return {metric, formatRate(metrics.downloadBytesPerSecond), {}, percentage};
     case MenuBarMetric::upload:
-        return {metric, formatRate(metrics.uploadBytesPerSecond), {}, std::nullopt};
+        return {metric, formatRate(metrics.uploadBytesPerSecond), {}, percentage};
     }
     return {};
 }
@@ -172,21 +189,25 @@ QList<LabelPiece> labelPieces(const SystemMetrics& metrics, const MetricHistory&
     QList<LabelPiece> pieces;
     pieces.reserve(settings.displayedMetrics.size());
     for (MenuBarMetric metric : settings.displayedMetrics) {
-        const MenuBarChipContent content =
-            chip(metric, metrics, cpuHistory, memoryHistory, settings);
         if (settings.style != MenuBarDisplayStyle::textOnly) {
+            const MenuBarChipContent content =
+                chip(metric, metrics, cpuHistory, memoryHistory, settings);
             pieces.append({metric, chipText(content, settings.style), content.percentage});
             continue;
         }
+        // The text style needs no chip: its graphs and value texts would go unused.
         QString text;
         if (appendTextPiece(text, metric, metrics, settings))
-            pieces.append({metric, std::move(text), content.percentage});
+            pieces.append({metric, std::move(text), levelPercentage(metric, metrics)});
     }
     return pieces;
 }
 
 QString labelLine(const SystemMetrics& metrics, const MetricHistory& cpuHistory,
                   const MetricHistory& memoryHistory, const LabelSettings& settings) {
+    // The text style joins the same pieces straight into one string.
+    if (settings.style == MenuBarDisplayStyle::textOnly)
+        return labelText(metrics, settings);
     const QList<LabelPiece> pieces = labelPieces(metrics, cpuHistory, memoryHistory, settings);
     if (pieces.isEmpty())
         return QStringLiteral("lumetra");

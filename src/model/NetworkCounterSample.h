@@ -2,6 +2,8 @@
 
 #include "model/Instant.h"
 
+#include <QStringList>
+
 #include <cstdint>
 
 namespace lumetra {
@@ -11,6 +13,7 @@ struct NetworkCounterSample {
     Instant timestamp;
     std::uint64_t bytesReceived = 0;
     std::uint64_t bytesSent = 0;
+    QStringList interfaces = {}; // the counted interfaces, by name
 
     bool operator==(const NetworkCounterSample&) const = default;
 };
@@ -19,6 +22,7 @@ struct NetworkCounterSample {
 struct NetworkRates {
     double download = 0;
     double upload = 0;
+    QStringList interfaces = {}; // those counted in the later of the two samples
 
     bool operator==(const NetworkRates&) const = default;
 };

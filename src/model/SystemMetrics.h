@@ -20,6 +20,11 @@ struct SystemMetrics {
     std::uint64_t memoryUsed = 0;
     std::uint64_t memoryTotal = 0;
     double memoryPercentage = 0;
+    // False while a figure has not been read: before the first baseline, or when its kernel
+    // file failed on the last tick. The figure then holds 0 (CPU) or the last good reading
+    // (memory), so the views can go on drawing it; the terminal mode writes null.
+    bool cpuUsageValid = false;
+    bool memoryValid = false;
     MemoryPressureLevel memoryPressure = MemoryPressureLevel::normal;
     std::optional<double> temperature;
     ThermalState thermalState = ThermalState::nominal;

@@ -3,6 +3,8 @@
 #include <QJsonDocument>
 #include <QProcess>
 #include <QRegularExpression>
+#include <QTest>
+#include <QThread>
 
 #include <gtest/gtest.h>
 
@@ -153,16 +155,100 @@ TEST(TerminalModeTest, WithoutADisplayPlainLumetraWatchesAndSaysSoOnce) {
     EXPECT_EQ(err.count("running lumetra --watch"), 1) << err.toStdString();
 }
 
-TEST(TerminalModeTest, EmptyRootStillAnswersWithSaneValues) {
+// A tree lumetra cannot read is refused before anything is sampled; nothing on stdout.
+TEST(TerminalModeTest, RootWithoutKernelFilesIsRefused) {
+    lumetra::testing::ScratchTree noMeminfo;
+    noMeminfo.write("proc/stat", "cpu  1 2 3 4\n");
     QTemporaryDir empty;
-    const RunResult run =
-        runLumetra({"--print", "--format", "json", "--root", empty.path()}, "all-metrics");
-    ASSERT_EQ(run.exitCode, 0) << run.err.toStdString();
-    const QJsonDocument document = QJsonDocument::fromJson(run.out.trimmed());
-    ASSERT_TRUE(document.isObject()) << run.out.toStdString();
-    EXPECT_EQ(document["memoryTotal"].toInteger(), 0);
-    EXPECT_TRUE(document["temperature"].isNull());
-    EXPECT_EQ(document["label"].toString(), QStringLiteral("CPU 0%  RAM 0%  ↓ 0 B/s  ↑ 0 B/s"));
+    for (const auto& [root, missing] : std::initializer_list<std::pair<QString, QString>>{
+             {empty.path(), empty.path() + "/proc/stat"},
+             {LUMETRA_FIXTURES_DIR "/mount-tables.txt", "not a directory"},
+             {QString::fromStdString(noMeminfo.root()),
+              QString::fromStdString(noMeminfo.path("proc/meminfo"))}}) {
+        const RunResult run = runLumetra({"--print", "--format", "json", "--root", root});
+        EXPECT_EQ(run.exitCode, 2) << root.toStdString();
+        EXPECT_TRUE(run.out.isEmpty()) << run.out.toStdString();
+        EXPECT_TRUE(run.err.contains(missing.toUtf8())) << run.err.toStdString();
+        EXPECT_EQ(run.err.count('\n'), 2) << "the message and the hint, no log lines";
+    }
+}
+
+// Files that are there but say nothing usable give null figures, not zeros.
+TEST(TerminalModeTest, FiguresThatCannotBeReadAreNull) {
+    const QByteArray stat = "cpu  100 0 100 800 0 0 0 0 0 0\n";
+    const QByteArray meminfo = "MemTotal: 1000 kB\nMemAvailable: 250 kB\n";
+    for (const auto& [statText, meminfoText, cpuNull, memoryNull] :
+         std::initializer_list<std::tuple<QByteArray, QByteArray, bool, bool>>{
+             {stat, "garbage\n", false, true},
+             {"garbage\n", meminfo, true, false},
+             {stat, meminfo, false, false}}) {
+        lumetra::testing::ScratchTree tree;
+        tree.write("proc/stat", statText);
+        tree.write("proc/meminfo", meminfoText);
+        const RunResult run = runLumetra(
+            {"--print", "--format", "json", "--root", QString::fromStdString(tree.root())},
+            "all-metrics");
+        ASSERT_EQ(run.exitCode, 0) << run.err.toStdString();
+        const QJsonDocument document = QJsonDocument::fromJson(run.out.trimmed());
+        ASSERT_TRUE(document.isObject()) << run.out.toStdString();
+        EXPECT_EQ(document["cpuUsage"].isNull(), cpuNull) << run.out.toStdString();
+        for (const char* field : {"memoryUsed", "memoryTotal", "memoryPercentage"})
+            EXPECT_EQ(document[field].isNull(), memoryNull) << field << run.out.toStdString();
+        if (!memoryNull) {
+            EXPECT_EQ(document["memoryTotal"].toInteger(), 1000 * 1024);
+        }
+    }
+}
+
+// Busy share of all CPU time between two readings of /proc/stat, in percent.
+struct StatTicks {
+    double busy = 0;
+    double total = 0;
+};
+StatTicks readStat() {
+    QFile file("/proc/stat");
+    file.open(QIODevice::ReadOnly);
+    const QList<QByteArray> fields = file.readLine().simplified().split(' ');
+    StatTicks ticks;
+    for (qsizetype i = 1; i < fields.size() && i <= 8; ++i) {
+        const double value = fields[i].toDouble();
+        ticks.total += value;
+        if (i != 4 && i != 5) // idle and iowait
+            ticks.busy += value;
+    }
+    return ticks;
+}
+
+// With a process spinning, the very first line carries a measured figure: no baseline 0.
+TEST(TerminalModeTest, FirstWatchLineUnderLoadShowsTheMeasuredCPU) {
+    QProcess spinner;
+    spinner.start("sh", {"-c", "while :; do :; done"});
+    ASSERT_TRUE(spinner.waitForStarted());
+    QTest::qWait(200);
+
+    QTemporaryDir config;
+    QProcess process;
+    prepare(process, config, "all-metrics");
+    const StatTicks before = readStat();
+    process.start(LUMETRA_BINARY, {"--watch", "--format", "json"});
+    QByteArray out;
+    for (int i = 0; i < 100 && !out.contains('\n'); ++i) {
+        process.waitForReadyRead(100);
+        out += process.readAllStandardOutput();
+    }
+    const StatTicks after = readStat();
+    process.terminate();
+    process.waitForFinished(5000);
+    spinner.kill();
+    spinner.waitForFinished();
+
+    const QJsonDocument first = QJsonDocument::fromJson(out.left(out.indexOf('\n')));
+    ASSERT_TRUE(first.isObject()) << out.toStdString();
+    const double expected = (after.busy - before.busy) / (after.total - before.total) * 100;
+    // The spinner alone keeps one core busy; lumetra's window is within the one measured here.
+    EXPECT_GT(first["cpuUsage"].toDouble(), 0);
+    EXPECT_NEAR(first["cpuUsage"].toDouble(), expected, 25) << out.toStdString();
+    EXPECT_GE(first["cpuUsage"].toDouble(), 100.0 / QThread::idealThreadCount() / 2);
 }
 
 } // namespace

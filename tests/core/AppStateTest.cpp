@@ -54,7 +54,7 @@ struct IdleMachine : CPUProviding,
                      NetworkProviding,
                      TemperatureProviding,
                      DiskProviding {
-    double currentUsage() override { return 0; }
+    std::optional<double> currentUsage() override { return 0.0; }
     std::optional<MemorySnapshot> currentSnapshot() override { return std::nullopt; }
     MemoryPressureLevel pressure() override { return MemoryPressureLevel::normal; }
     std::optional<NetworkCounterSample> currentCounters() override { return std::nullopt; }

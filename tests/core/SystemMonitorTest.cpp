@@ -30,14 +30,14 @@ struct FakeMachine : CPUProviding,
                      NetworkProviding,
                      TemperatureProviding,
                      DiskProviding {
-    double currentUsage() override { return usage.next(); }
+    std::optional<double> currentUsage() override { return usage.next(); }
     std::optional<MemorySnapshot> currentSnapshot() override { return snapshots.next(); }
     MemoryPressureLevel pressure() override { return MemoryPressureLevel::normal; }
     std::optional<NetworkCounterSample> currentCounters() override { return samples.next(); }
     TemperatureReading currentReading() override { return readings.next(); }
     DiskVolumeList currentVolumes() override { return volumes.next(); }
 
-    Script<double> usage;
+    Script<std::optional<double>> usage;
     Script<std::optional<MemorySnapshot>> snapshots;
     Script<std::optional<NetworkCounterSample>> samples;
     Script<TemperatureReading> readings;
@@ -145,7 +145,11 @@ TEST_F(SystemMonitorTest, MemoryPercentageAndHistory) {
     auto monitor = makeMonitor();
     const auto normal = MemoryPressureLevel::normal;
     monitor->applyFastSample(MemorySnapshot{300, 400}, normal, NetworkRates{5, 6}, 10);
-    monitor->applyFastSample(std::nullopt, MemoryPressureLevel::critical, std::nullopt, 20);
+    EXPECT_TRUE(monitor->metrics().memoryValid && monitor->metrics().cpuUsageValid);
+    monitor->applyFastSample(std::nullopt, MemoryPressureLevel::critical, std::nullopt,
+                             std::nullopt);
+    EXPECT_FALSE(monitor->metrics().memoryValid) << "kept, but marked as not read";
+    EXPECT_FALSE(monitor->metrics().cpuUsageValid);
     EXPECT_EQ(monitor->metrics().memoryUsed, 300u);
     EXPECT_EQ(monitor->metrics().memoryPressure, MemoryPressureLevel::critical);
     EXPECT_EQ(monitor->metrics().downloadBytesPerSecond, 5) << "the last known rate stays";
@@ -199,6 +203,16 @@ TEST_F(SystemMonitorTest, SlowLoopDeliversTemperatureAndDisksAndRefreshWorksWhil
     }));
     EXPECT_TRUE(waitFor([&] { return machine->readings.calls() >= 3; }))
         << "the slow loop keeps going";
+    monitor.reset();
+
+    // Without a disk provider the slow loop goes on with temperature alone.
+    SystemMonitor diskless({machine, machine, machine, machine, nullptr}, 10, 0.01);
+    const int readings = machine->readings.calls();
+    const int listings = machine->volumes.calls();
+    diskless.refreshDiskVolumes();
+    diskless.start();
+    EXPECT_TRUE(waitFor([&] { return machine->readings.calls() >= readings + 3; }));
+    EXPECT_EQ(machine->volumes.calls(), listings);
 }
 
 TEST(MonitoringSchedulerTest, WithoutSinkTicksAreDroppedButBaselinesAdvance) {

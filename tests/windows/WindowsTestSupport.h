@@ -47,7 +47,7 @@ struct StillMachine : CPUProviding,
                       NetworkProviding,
                       TemperatureProviding,
                       DiskProviding {
-    double currentUsage() override { return 23; }
+    std::optional<double> currentUsage() override { return 23; }
     std::optional<MemorySnapshot> currentSnapshot() override { return std::nullopt; }
     MemoryPressureLevel pressure() override { return MemoryPressureLevel::normal; }
     std::optional<NetworkCounterSample> currentCounters() override { return std::nullopt; }

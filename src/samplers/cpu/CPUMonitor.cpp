@@ -30,12 +30,14 @@ std::optional<CPUTicks> CPUMonitor::readTicks() {
     return std::nullopt;
 }
 
-double CPUMonitor::currentUsage() {
+std::optional<double> CPUMonitor::currentUsage() {
     const std::optional<CPUTicks> sample = readTicks();
     if (!sample)
-        return 0;
+        return std::nullopt;
     std::lock_guard guard(lock_);
-    const double usage = previousSample_ ? usageBetween(*previousSample_, *sample) : 0;
+    std::optional<double> usage;
+    if (previousSample_)
+        usage = usageBetween(*previousSample_, *sample);
     previousSample_ = sample;
     return usage;
 }

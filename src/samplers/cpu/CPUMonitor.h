@@ -16,7 +16,7 @@ class CPUMonitor final : public CPUProviding {
 public:
     explicit CPUMonitor(const KernelRoots& roots = KernelRoots());
 
-    double currentUsage() override;
+    std::optional<double> currentUsage() override;
 
 private:
     std::optional<CPUTicks> readTicks();

@@ -8,22 +8,32 @@ namespace lumetra {
 
 using namespace textscan;
 
+// One pass over the characters: this runs every tick, and the line has ten numbers.
 std::optional<CPUTicks> parseProcStatCPULine(std::string_view text) {
-    std::string_view line = nextLine(text);
-    if (nextField(line) != "cpu")
+    // "cpu" and a blank: the aggregate line, not "cpu0".
+    if (text.size() < 4 || text.substr(0, 3) != "cpu" || !isBlank(text[3]))
         return std::nullopt;
+    const char* p = text.data() + 3;
+    const char* const end = text.data() + text.size();
 
     enum Column { user, nice, system, idle, iowait, irq, softirq, steal, columnCount };
     std::array<std::uint64_t, columnCount> values{};
     int parsed = 0;
     for (; parsed < columnCount; ++parsed) {
-        const std::string_view field = nextField(line);
-        if (field.empty())
+        while (p != end && isBlank(*p))
+            ++p;
+        if (p == end || *p == '\n')
             break;
-        const auto value = parseUnsigned(field);
-        if (!value)
+        const char* const digits = p;
+        std::uint64_t value = 0;
+        for (; p != end && *p >= '0' && *p <= '9'; ++p) {
+            if (__builtin_mul_overflow(value, 10u, &value) ||
+                __builtin_add_overflow(value, static_cast<unsigned>(*p - '0'), &value))
+                return std::nullopt;
+        }
+        if (p == digits || (p != end && !isBlank(*p) && *p != '\n'))
             return std::nullopt;
-        values[static_cast<std::size_t>(parsed)] = *value;
+        values[static_cast<std::size_t>(parsed)] = value;
     }
     if (parsed < 4)
         return std::nullopt;

@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cstring>
 
 namespace lumetra {
 
@@ -30,9 +31,8 @@ enum Field {
 };
 
 constexpr std::array<std::string_view, fieldCount> kFieldNames{
-    "MemTotal",    "MemFree",     "MemAvailable", "Buffers",    "Cached",
-    "SReclaimable", "Shmem",      "Active",       "Inactive",   "Unevictable",
-    "SUnreclaim",  "KernelStack", "PageTables",   "Zswap"};
+    "MemTotal", "MemFree",  "MemAvailable", "Buffers",    "Cached",      "SReclaimable", "Shmem",
+    "Active",   "Inactive", "Unevictable",  "SUnreclaim", "KernelStack", "PageTables",   "Zswap"};
 
 using Values = std::array<std::optional<std::uint64_t>, fieldCount>;
 
@@ -62,21 +62,35 @@ int fieldIndex(std::string_view name) {
     }
 }
 
-// "MemTotal:       16314672 kB" → bytes. A value in kB that would overflow saturates.
-void parseLine(std::string_view line, Values& values) {
-    const auto colon = line.find(':');
-    if (colon == std::string_view::npos || colon == 0)
-        return;
-    const int index = fieldIndex(line.substr(0, colon));
-    if (index < 0)
-        return;
-    std::string_view rest = line.substr(colon + 1);
-    const auto number = parseUnsigned(nextField(rest));
-    if (!number)
-        return;
-    const std::string_view unit = nextField(rest);
-    const std::uint64_t factor = unit == "kB" ? 1024 : 1;
-    values[static_cast<std::size_t>(index)] = saturatingMultiply(*number, factor);
+bool isBlankOrEnd(const char* p, const char* end) {
+    return p == end || *p == ' ' || *p == '\t' || *p == '\n';
+}
+
+// The value after a key's colon, "       16314672 kB", → bytes; nothing for anything but a
+// whole unsigned number. A value in kB that would overflow saturates. This runs for every
+// wanted line every tick, so it scans the characters once instead of splitting fields.
+std::optional<std::uint64_t> parseValue(const char* p, const char* end) {
+    // The kernel pads the values to a column: skip the spaces eight at a time.
+    while (end - p >= 8 && std::memcmp(p, "        ", 8) == 0)
+        p += 8;
+    while (p != end && (*p == ' ' || *p == '\t'))
+        ++p;
+    const char* const digits = p;
+    std::uint64_t number = 0;
+    // Up to 19 digits cannot overflow; only a longer number needs the checked loop.
+    while (p != end && *p >= '0' && *p <= '9' && p - digits < 19)
+        number = number * 10 + static_cast<unsigned>(*p++ - '0');
+    for (; p != end && *p >= '0' && *p <= '9'; ++p) {
+        if (__builtin_mul_overflow(number, 10u, &number) ||
+            __builtin_add_overflow(number, static_cast<unsigned>(*p - '0'), &number))
+            return std::nullopt;
+    }
+    if (p == digits || !isBlankOrEnd(p, end))
+        return std::nullopt;
+    while (p != end && (*p == ' ' || *p == '\t'))
+        ++p;
+    const bool kilobytes = end - p >= 2 && p[0] == 'k' && p[1] == 'B' && isBlankOrEnd(p + 2, end);
+    return kilobytes ? saturatingMultiply(number, 1024) : number;
 }
 
 std::uint64_t valueOr0(const Values& values, Field field) {
@@ -96,8 +110,31 @@ std::uint64_t estimatedAvailable(const Values& values) {
 
 MeminfoParse parseMeminfo(std::string_view text) {
     Values values{};
-    while (!text.empty())
-        parseLine(nextLine(text), values);
+    // The wanted lines come within the first ~30 of ~55: stop once all are there.
+    int found = 0;
+    const char* p = text.data();
+    const char* const end = p + text.size();
+    while (p != end && found < fieldCount) {
+        const char* const key = p;
+        const auto* newline =
+            static_cast<const char*>(std::memchr(p, '\n', static_cast<std::size_t>(end - p)));
+        const char* const lineEnd = newline ? newline : end;
+        const auto* colon =
+            static_cast<const char*>(std::memchr(p, ':', static_cast<std::size_t>(lineEnd - p)));
+        if (colon && colon != key) {
+            p = colon;
+            const int index = fieldIndex(std::string_view(key, static_cast<std::size_t>(p - key)));
+            if (index >= 0) {
+                auto& value = values[static_cast<std::size_t>(index)];
+                const bool first = !value;
+                if (const auto parsed = parseValue(p + 1, lineEnd)) {
+                    value = parsed;
+                    found += first ? 1 : 0;
+                }
+            }
+        }
+        p = newline ? newline + 1 : end;
+    }
 
     if (!values[memTotal])
         return {std::nullopt, MeminfoError::noTotal};

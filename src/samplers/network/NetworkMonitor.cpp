@@ -4,6 +4,8 @@
 #include "samplers/kernel/TextScan.h"
 #include "samplers/network/NetworkInterfaceState.h"
 
+#include <sys/stat.h>
+
 #include <algorithm>
 #include <cerrno>
 #include <cstring>
@@ -27,12 +29,18 @@ bool isDotEntry(const char* name) {
 
 struct NetworkMonitor::Interface {
     Interface(const std::string& directory, std::string entry)
-        : name(std::move(entry)), flags(directory + name + "/flags"),
-          operstate(directory + name + "/operstate"),
+        : name(std::move(entry)), physical(hasDevice(directory + name + "/device")),
+          flags(directory + name + "/flags"), operstate(directory + name + "/operstate"),
           rxBytes(directory + name + "/statistics/rx_bytes"),
           txBytes(directory + name + "/statistics/tx_bytes") {}
 
+    static bool hasDevice(const std::string& link) {
+        struct stat status {};
+        return ::lstat(link.c_str(), &status) == 0;
+    }
+
     std::string name;
+    bool physical; // a device stands behind it; fixed for the interface's life
     KernelFile flags;
     KernelFile operstate;
     KernelFile rxBytes;
@@ -92,6 +100,8 @@ bool NetworkMonitor::rebuildInterfaces() {
             rebuilt.push_back(std::make_unique<Interface>(directory_, std::move(name)));
     }
     interfaces_ = std::move(rebuilt);
+    countedBefore_.clear(); // a new interface may sit where a gone one was
+    countedNames_.clear();
     return true;
 }
 
@@ -148,8 +158,12 @@ std::optional<NetworkCounterSample> NetworkMonitor::currentCounters() {
 
     NetworkCounterSample sample;
     sample.timestamp = now_();
+    const bool physicalOnly = physicalOnly_;
+    counted_.clear();
     for (std::size_t index = 0; index < interfaces_.size(); ++index) {
         Interface& interface = *interfaces_[index];
+        if (physicalOnly && !interface.physical)
+            continue;
         const bool keepOpen = index < kInterfacesKeptOpen;
         // An interface whose attributes cannot be read or make no sense is skipped: it is
         // being removed, or the entry is not an interface (bonding_masters).
@@ -175,7 +189,18 @@ std::optional<NetworkCounterSample> NetworkMonitor::currentCounters() {
             continue;
         sample.bytesReceived = textscan::saturatingAdd(sample.bytesReceived, *received);
         sample.bytesSent = textscan::saturatingAdd(sample.bytesSent, *sent);
+        counted_.push_back(&interface);
     }
+    // The names are built only when the counted set changed (pointers are compared: a
+    // rebuilt listing clears countedBefore_).
+    if (counted_ != countedBefore_) {
+        countedNames_.clear();
+        for (const Interface* interface : counted_)
+            countedNames_.append(QString::fromStdString(interface->name));
+        countedNames_.sort(); // the directory's order differs from file system to file system
+        countedBefore_ = counted_;
+    }
+    sample.interfaces = countedNames_;
     return sample;
 }
 

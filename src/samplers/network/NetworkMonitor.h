@@ -7,6 +7,7 @@
 
 #include <dirent.h>
 
+#include <atomic>
 #include <functional>
 #include <memory>
 #include <mutex>
@@ -16,7 +17,8 @@
 namespace lumetra {
 
 // Received and sent bytes summed over the up, running, non-loopback interfaces of
-// /sys/class/net.
+// /sys/class/net; with physicalOnly, only over those with a device behind them (a `device`
+// link), which leaves out VPN, container and bridge interfaces that count traffic twice.
 class NetworkMonitor final : public NetworkProviding {
 public:
     using Clock = std::function<Instant()>;
@@ -28,6 +30,9 @@ public:
     NetworkMonitor& operator=(const NetworkMonitor&) = delete;
 
     std::optional<NetworkCounterSample> currentCounters() override;
+
+    // From any thread; applies from the next reading.
+    void setPhysicalOnly(bool physicalOnly) { physicalOnly_ = physicalOnly; }
 
 private:
     struct Interface;
@@ -46,6 +51,11 @@ private:
     DIR* listing_ = nullptr;
     std::vector<std::unique_ptr<Interface>> interfaces_;
     LogOnce failure_;
+    std::atomic<bool> physicalOnly_ = false;
+    // The names counted last time, shared with every sample until the set changes.
+    std::vector<const Interface*> counted_;
+    std::vector<const Interface*> countedBefore_;
+    QStringList countedNames_;
 };
 
 } // namespace lumetra

@@ -16,7 +16,7 @@ std::optional<NetworkRates> NetworkProviding::rates(const NetworkCounterSample& 
     if (!(interval > 0))
         return std::nullopt;
     return NetworkRates{forwardDifference(from.bytesReceived, to.bytesReceived) / interval,
-                        forwardDifference(from.bytesSent, to.bytesSent) / interval};
+                        forwardDifference(from.bytesSent, to.bytesSent) / interval, to.interfaces};
 }
 
 } // namespace lumetra

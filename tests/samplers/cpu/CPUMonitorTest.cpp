@@ -54,28 +54,30 @@ TEST(CPUMonitorTest, FirstReadingPrimesAndFailuresKeepTheLastGoodBaseline) {
     ScratchTree tree;
     tree.write("proc/stat", statLine(100, 100, 100));
     CPUMonitor monitor{KernelRoots(tree.root())};
-    EXPECT_EQ(monitor.currentUsage(), 0);
+    EXPECT_EQ(monitor.currentUsage(), std::nullopt) << "the first reading is only a baseline";
     tree.write("proc/stat", statLine(150, 150, 200));
-    EXPECT_DOUBLE_EQ(monitor.currentUsage(), 50);
-    // A huge file is read by its first line (here: no time passed). Garbage, empty, missing, a
-    // directory: 0, without crashing.
-    for (const QByteArray& bad : {statLine(150, 150, 200) + QByteArray(8 << 20, 'x'),
-                                  QByteArray("garbage\n"), QByteArray()}) {
+    EXPECT_EQ(monitor.currentUsage(), 50.0);
+    // A huge file is read by its first line (here: no time passed, so 0 %, a real figure).
+    tree.write("proc/stat", statLine(150, 150, 200) + QByteArray(8 << 20, 'x'));
+    EXPECT_EQ(monitor.currentUsage(), 0.0);
+    // Garbage, empty, missing, a directory: no figure, without crashing.
+    for (const QByteArray& bad : {QByteArray("garbage\n"), QByteArray()}) {
         tree.write("proc/stat", bad);
-        EXPECT_EQ(monitor.currentUsage(), 0);
+        EXPECT_EQ(monitor.currentUsage(), std::nullopt);
     }
     tree.remove("proc/stat");
-    EXPECT_EQ(monitor.currentUsage(), 0);
+    EXPECT_EQ(monitor.currentUsage(), std::nullopt);
     tree.makeDirectory("proc/stat");
-    EXPECT_EQ(monitor.currentUsage(), 0);
+    EXPECT_EQ(monitor.currentUsage(), std::nullopt);
     QDir(QString::fromStdString(tree.path("proc/stat"))).removeRecursively();
     tree.write("proc/stat", statLine(180, 160, 260));
-    EXPECT_DOUBLE_EQ(monitor.currentUsage(), 40) << "spans the time since the last success";
+    EXPECT_EQ(monitor.currentUsage(), 40.0) << "spans the time since the last success";
 
     CPUMonitor live;
-    EXPECT_EQ(live.currentUsage(), 0);
-    const double usage = live.currentUsage();
-    EXPECT_TRUE(usage >= 0 && usage <= 100) << usage;
+    EXPECT_EQ(live.currentUsage(), std::nullopt);
+    const std::optional<double> usage = live.currentUsage();
+    ASSERT_TRUE(usage);
+    EXPECT_TRUE(*usage >= 0 && *usage <= 100) << *usage;
 }
 
 } // namespace

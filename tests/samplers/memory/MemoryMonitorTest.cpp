@@ -54,7 +54,15 @@ TEST(MemoryMonitorTest, ParsesMeminfoVariants) {
          MeminfoError::none}, // bytes saturate
         {"MemTotal: lots kB\nMemAvailable: 1 kB\n", std::nullopt, MeminfoError::noTotal},
         {"", std::nullopt, MeminfoError::noTotal},
-        {"MemTotal 100 kB\nMemAvailable 1 kB\n", std::nullopt, MeminfoError::noTotal}};
+        {"MemTotal 100 kB\nMemAvailable 1 kB\n", std::nullopt, MeminfoError::noTotal},
+        // Only a whole number counts; without "kB" it is bytes; no newline at the end is fine.
+        {"MemTotal: 12ab kB\nMemAvailable: 1 kB\n", std::nullopt, MeminfoError::noTotal},
+        {"MemTotal: 18446744073709551616 kB\nMemAvailable: 1 kB\n", std::nullopt,
+         MeminfoError::noTotal},
+        {"MemTotal: -5 kB\nMemAvailable: 1 kB\n", std::nullopt, MeminfoError::noTotal},
+        {"MemTotal:\nMemAvailable: 1 kB\n", std::nullopt, MeminfoError::noTotal},
+        {"MemTotal:\t100\nMemAvailable: 40 kBytes\n", 60, MeminfoError::none},
+        {"MemTotal: 100 kB\nMemAvailable: 40 kB", 60 * kKiB, MeminfoError::none}};
     for (const auto& [text, usedBytes, error] : cases) {
         const MeminfoParse parsed = parseMeminfo(text);
         EXPECT_EQ(parsed.error, error) << text;

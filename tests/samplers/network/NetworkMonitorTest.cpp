@@ -68,20 +68,26 @@ TEST(NetworkInterfaceStateTest, ParsesAttributesAndCountsUpRunningNonLoopback) {
 }
 
 TEST(NetworkMonitorTest, FixtureMachinesSumTheCountedInterfaces) {
-    const std::tuple<const char*, std::uint64_t, std::uint64_t> cases[] = {
+    const std::tuple<const char*, std::uint64_t, std::uint64_t, QStringList> cases[] = {
         // enp3s0 + wlp2s0 + wg0 (operstate unknown). Not: lo, docker0 (no carrier), virbr0
         // (down), veth9c1 (lower layer down), an entry with garbage flags, one with an empty
         // counter, and bonding_masters, a file.
-        {"desktop-intel", 123456789012ull + 5000 + 300, 9876543210ull + 4000 + 200},
+        {"desktop-intel",
+         123456789012ull + 5000 + 300,
+         9876543210ull + 4000 + 200,
+         {"enp3s0", "wg0", "wlp2s0"}},
         // wlan0 + usb0 received overflows 64 bits: it saturates instead of wrapping.
-        {"raspberry-pi", UINT64_MAX, 5000 + 6000},
+        {"raspberry-pi", UINT64_MAX, 5000 + 6000, {"usb0", "wlan0"}},
         // Only a loopback: a reading of nothing, not a failure.
-        {"container-lxcfs", 0, 0}};
-    for (const auto& [machine, received, sent] : cases) {
+        {"container-lxcfs", 0, 0, {}}};
+    for (const auto& [machine, received, sent, names] : cases) {
         NetworkMonitor monitor(KernelRoots(fixtureRoot(machine)), [] { return kStart; });
-        const NetworkCounterSample expected{kStart, received, sent};
-        EXPECT_EQ(monitor.currentCounters(), expected) << machine;
-        EXPECT_EQ(monitor.currentCounters(), expected) << machine << ", from the kept-open files";
+        for (const char* pass : {"first", "from the kept-open files"}) {
+            const auto sample = monitor.currentCounters();
+            ASSERT_TRUE(sample) << machine;
+            EXPECT_EQ(*sample, (NetworkCounterSample{kStart, received, sent, names}))
+                << machine << ", " << pass;
+        }
     }
 }
 
@@ -142,6 +148,40 @@ TEST(NetworkMonitorTest, ManyInterfacesAreAllReadAfresh) {
     for (const std::uint64_t last : {101u, 201u}) {
         writeInterface(tree, "veth39", "0x1003\n", "up\n", last, 2);
         EXPECT_EQ(totals(monitor), Totals(39 + last, 80));
+    }
+}
+
+// With physicalOnly, only interfaces with a device link count; the switch applies from the
+// next reading, and the sample names what it counted.
+TEST(NetworkMonitorTest, PhysicalOnlyCountsInterfacesWithADevice) {
+    ScratchTree tree;
+    const struct {
+        const char* name;
+        bool device;
+        std::uint64_t received;
+    } interfaces[] = {{"eth0", true, 1},
+                      {"wlan0", true, 10},
+                      {"veth0", false, 100},
+                      {"wg0", false, 1000},
+                      {"br0", false, 10000}};
+    for (const auto& interface : interfaces) {
+        writeInterface(tree, interface.name, "0x1003\n", "up\n", interface.received, 0);
+        if (interface.device) // a dangling link counts as well: only its presence matters
+            QFile::link("../../../devices/pci0000:00",
+                        QString::fromStdString(
+                            tree.path(QString("sys/class/net/%1/device").arg(interface.name))));
+    }
+    NetworkMonitor monitor{KernelRoots(tree.root())};
+    const std::tuple<bool, std::uint64_t, QStringList> steps[] = {
+        {false, 11111, {"br0", "eth0", "veth0", "wg0", "wlan0"}},
+        {true, 11, {"eth0", "wlan0"}},
+        {false, 11111, {"br0", "eth0", "veth0", "wg0", "wlan0"}}};
+    for (const auto& [physicalOnly, received, names] : steps) {
+        monitor.setPhysicalOnly(physicalOnly);
+        const auto sample = monitor.currentCounters();
+        ASSERT_TRUE(sample);
+        EXPECT_EQ(sample->bytesReceived, received) << physicalOnly;
+        EXPECT_EQ(sample->interfaces, names) << physicalOnly;
     }
 }
 

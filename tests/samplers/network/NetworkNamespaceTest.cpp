@@ -232,4 +232,32 @@ TEST_F(NetworkNamespaceTest, CountsTrafficAndFollowsInterfacesThatGoAndComeBack)
     EXPECT_EQ(down->bytesSent + down->bytesReceived, 0u);
 }
 
+// A veth has no device behind it: counted by default, left out with physicalOnly, and the
+// samples name exactly what they counted.
+TEST_F(NetworkNamespaceTest, PhysicalOnlyLeavesOutTheVeth) {
+    NetworkMonitor all{KernelRoots(rootA_.root())};
+    NetworkMonitor physical{KernelRoots(rootA_.root())};
+    physical.setPhysicalOnly(true);
+    send(1);
+    const auto beforeAll = all.currentCounters();
+    const auto beforePhysical = physical.currentCounters();
+    ASSERT_TRUE(beforeAll && beforePhysical);
+    send(10);
+    const auto afterAll = all.currentCounters();
+    const auto afterPhysical = physical.currentCounters();
+    ASSERT_TRUE(afterAll && afterPhysical);
+
+    EXPECT_EQ(afterAll->bytesSent - beforeAll->bytesSent, 10 * kWireBytes);
+    EXPECT_EQ(afterAll->interfaces, QStringList{ifA_});
+    EXPECT_EQ(afterPhysical->bytesSent, 0u);
+    EXPECT_EQ(afterPhysical->interfaces, QStringList());
+
+    // Switched off at run time: the veth counts from the next reading.
+    physical.setPhysicalOnly(false);
+    const auto switched = physical.currentCounters();
+    ASSERT_TRUE(switched);
+    EXPECT_EQ(switched->bytesSent, afterAll->bytesSent);
+    EXPECT_EQ(switched->interfaces, QStringList{ifA_});
+}
+
 } // namespace

@@ -45,6 +45,24 @@
     </message>
 </context>
 <context>
+    <name>CompactMetricsCard</name>
+    <message>
+        <source>Metrics</source>
+        <translation>Messwerte</translation>
+    </message>
+</context>
+<context>
+    <name>DiskCardView</name>
+    <message>
+        <source>Disks</source>
+        <translation>Laufwerke</translation>
+    </message>
+    <message>
+        <source>No volumes found</source>
+        <translation>Keine Laufwerke gefunden</translation>
+    </message>
+</context>
+<context>
     <name>MemoryDisplayFormat</name>
     <message>
         <source>Percentage only</source>
@@ -155,6 +173,29 @@
     </message>
 </context>
 <context>
+    <name>MetricPresentation</name>
+    <message>
+        <source>CPU</source>
+        <translation>CPU</translation>
+    </message>
+    <message>
+        <source>Memory</source>
+        <translation>Speicher</translation>
+    </message>
+    <message>
+        <source>Temperature</source>
+        <translation>Temperatur</translation>
+    </message>
+    <message>
+        <source>Unavailable</source>
+        <translation>Nicht verfügbar</translation>
+    </message>
+    <message>
+        <source>Network</source>
+        <translation>Netzwerk</translation>
+    </message>
+</context>
+<context>
     <name>MetricsTooltip</name>
     <message>
         <source>CPU</source>
@@ -195,6 +236,25 @@
     <message>
         <source>%1 free of %2</source>
         <translation>%1 frei von %2</translation>
+    </message>
+</context>
+<context>
+    <name>NetworkCardView</name>
+    <message>
+        <source>Counted: %1</source>
+        <translation>Gezählt: %1</translation>
+    </message>
+    <message>
+        <source>Network</source>
+        <translation>Netzwerk</translation>
+    </message>
+    <message>
+        <source>Download</source>
+        <translation>Download</translation>
+    </message>
+    <message>
+        <source>Upload</source>
+        <translation>Upload</translation>
     </message>
 </context>
 <context>
@@ -510,6 +570,29 @@
     </message>
 </context>
 <context>
+    <name>lumetra::DashboardView</name>
+    <message>
+        <source>Settings</source>
+        <translation>Einstellungen</translation>
+    </message>
+    <message>
+        <source>Support lumetra</source>
+        <translation>lumetra unterstützen</translation>
+    </message>
+    <message>
+        <source>Quit lumetra</source>
+        <translation>lumetra beenden</translation>
+    </message>
+    <message>
+        <source>CPU %1, memory %2</source>
+        <translation>CPU %1, Speicher %2</translation>
+    </message>
+    <message>
+        <source>lumetra</source>
+        <translation>lumetra</translation>
+    </message>
+</context>
+<context>
     <name>lumetra::GeneralSettingsView</name>
     <message>
         <source>Launch lumetra at login</source>
@@ -544,11 +627,20 @@
     <name>lumetra::GlanceCard</name>
     <message>
         <source>lumetra</source>
-        <translation>lumetra</translation>
+        <translation type="vanished">lumetra</translation>
     </message>
     <message>
         <source>CPU %1   Memory %2</source>
-        <translation>CPU %1   Speicher %2</translation>
+        <translation type="vanished">CPU %1   Speicher %2</translation>
+    </message>
+</context>
+<context>
+    <name>lumetra::LumetraApp</name>
+    <message>
+        <source>lumetra: no panel here can show lumetra&apos;s item (no StatusNotifierWatcher on the session bus and no system tray); run lumetra again to open the dashboard
+</source>
+        <translation>lumetra: Keine Leiste kann hier das Symbol von lumetra zeigen (kein StatusNotifierWatcher auf dem Sitzungsbus und kein Systembereich); starten Sie lumetra erneut, um das Dashboard zu öffnen
+</translation>
     </message>
 </context>
 <context>
@@ -666,6 +758,21 @@
     <message>
         <source>Advanced</source>
         <translation>Erweitert</translation>
+    </message>
+</context>
+<context>
+    <name>lumetra::StatusItemController</name>
+    <message>
+        <source>Show Dashboard</source>
+        <translation>Dashboard anzeigen</translation>
+    </message>
+    <message>
+        <source>Settings…</source>
+        <translation>Einstellungen…</translation>
+    </message>
+    <message>
+        <source>Quit lumetra</source>
+        <translation>lumetra beenden</translation>
     </message>
 </context>
 <context>

@@ -263,6 +263,12 @@ DashboardView::Content DashboardView::content() const {
 }
 
 void DashboardView::contentChanged() {
+    // Nobody sees a closed popover: lay it out again only when it opens.
+    if (parked_) {
+        stale_ = true;
+        return;
+    }
+    stale_ = false;
     const Content current = content();
     const int height = static_cast<int>(std::ceil(current.height));
     placeFooter(current.footerTop);
@@ -287,7 +293,22 @@ void DashboardView::placeFooter(double top) {
 }
 
 QSize DashboardView::sizeHint() const {
-    return {kWidth, height_ > 0 ? height_ : static_cast<int>(std::ceil(content().height))};
+    // Stale: the popover asks before it opens, to size its window to what it will show.
+    if (height_ > 0 && !stale_)
+        return {kWidth, height_};
+    return {kWidth, static_cast<int>(std::ceil(content().height))};
+}
+
+void DashboardView::showEvent(QShowEvent* event) {
+    QWidget::showEvent(event);
+    parked_ = false;
+    if (stale_)
+        contentChanged();
+}
+
+void DashboardView::hideEvent(QHideEvent* event) {
+    QWidget::hideEvent(event);
+    parked_ = true;
 }
 
 void DashboardView::resizeEvent(QResizeEvent* event) {

@@ -66,6 +66,7 @@ private:
     struct Content;
     Content content() const;
     void contentChanged();
+    void historyChanged();
     void refreshTheme();
     void placeFooter(double top);
 
@@ -79,6 +80,7 @@ private:
     // Hidden after having been shown (the popover closed): changes wait for the next show.
     bool parked_ = false;
     bool stale_ = false;
+    bool historyPending_ = false;
     FooterButton* settingsButton_;
     FooterButton* supportButton_;
     FooterButton* quitButton_;

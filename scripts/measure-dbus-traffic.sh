@@ -30,70 +30,37 @@ if [ -z "${LUMETRA_MEASURE_INNER:-}" ]; then
         bash "$here" "${args[@]}" "$seconds" "$lumetra"
 fi
 
-work=$(mktemp -d)
+root=$(dirname "$(dirname "$here")")
+# shellcheck source=/dev/null
+. "$root/tests/e2e/lib.sh"
+e2e_home
 pids=()
 cleanup() {
     for pid in "${pids[@]}"; do kill "$pid" 2>/dev/null || true; done
     rm -rf "$work"
 }
 trap cleanup EXIT
-export HOME=$work XDG_CONFIG_HOME=$work/config XDG_CACHE_HOME=$work/cache
-mkdir -p "$XDG_CONFIG_HOME/lumetra"
 if [ $steady = 1 ]; then
     export LUMETRA_PANEL_ICON=wide
-    echo '{"enabledMetrics": [], "updateInterval": 1, "showWelcomeScreen": false}' \
-        >"$XDG_CONFIG_HOME/lumetra/settings.json"
-else
-    echo '{"updateInterval": 1, "showWelcomeScreen": false}' \
-        >"$XDG_CONFIG_HOME/lumetra/settings.json"
+    e2e_settings '"hasCompletedOnboarding": true, "showWelcomeScreen": false, "updateInterval": 1, "enabledMetrics": []'
 fi
 
-bus_call() {
-    gdbus call --session --dest org.freedesktop.DBus --object-path /org/freedesktop/DBus \
-        --method "org.freedesktop.DBus.$1" "$2" 2>/dev/null
-}
-
 if [ $xfce = 1 ]; then
-    xml=$XDG_CONFIG_HOME/xfce4/xfconf/xfce-perchannel-xml
-    mkdir -p "$xml"
-    cat >"$xml/xfce4-panel.xml" <<'XML'
-<?xml version="1.0" encoding="UTF-8"?>
-<channel name="xfce4-panel" version="1.0">
-  <property name="configver" type="int" value="2"/>
-  <property name="panels" type="array">
-    <value type="int" value="1"/>
-    <property name="panel-1" type="empty">
-      <property name="position" type="string" value="p=6;x=0;y=0"/>
-      <property name="size" type="uint" value="32"/>
-      <property name="plugin-ids" type="array"><value type="int" value="1"/></property>
-    </property>
-  </property>
-  <property name="plugins" type="empty">
-    <property name="plugin-1" type="string" value="systray">
-      <property name="square-icons" type="bool" value="false"/>
-    </property>
-  </property>
-</channel>
-XML
-    dbus-update-activation-environment HOME XDG_CONFIG_HOME XDG_CACHE_HOME DISPLAY
-    xfce4-panel --disable-wm-check >"$work/panel.log" 2>&1 &
-    pids+=($!)
-    for _ in $(seq 100); do
-        { bus_call NameHasOwner org.kde.StatusNotifierWatcher || true; } | grep -q true && break
-        sleep 0.1
-    done
+    xfce_panel_config
+    xfce_panel_start || echo "xfce4-panel's watcher did not appear; measuring without it" >&2
+    pids+=($panel)
 fi
 
 "$lumetra" >"$work/lumetra.log" 2>&1 &
 app=$!
 pids+=($app)
-owner=
-for _ in $(seq 100); do
-    owner=$(bus_call GetNameOwner "org.kde.StatusNotifierItem-$app-1" | sed -n "s/.*'\(.*\)'.*/\1/p" || true)
-    [ -n "$owner" ] && break
-    sleep 0.1
-done
-[ -n "$owner" ] || { echo "lumetra's item did not appear on the bus"; cat "$work/lumetra.log"; exit 1; }
+item_owner() {
+    owner=$(gdbus call --session --dest org.freedesktop.DBus --object-path /org/freedesktop/DBus \
+        --method org.freedesktop.DBus.GetNameOwner "org.kde.StatusNotifierItem-$app-1" 2>/dev/null |
+        sed -n "s/.*'\(.*\)'.*/\1/p")
+    [ -n "$owner" ]
+}
+wait_until 10 item_owner || { echo "lumetra's item did not appear on the bus"; cat "$work/lumetra.log"; exit 1; }
 # Past start-up: the first samples, the registration and the host's first reads.
 sleep 5
 

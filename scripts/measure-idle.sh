@@ -34,29 +34,8 @@ rss_mb() { awk '/^VmRSS/{printf "%.1f", $2 / 1024}' "/proc/$1/status"; }
 
 host="no panel"
 if [ "${LUMETRA_MEASURE_HOST:-xfce}" != none ] && command -v xfce4-panel >/dev/null; then
-    channel="$XDG_CONFIG_HOME/xfce4/xfconf/xfce-perchannel-xml"
-    mkdir -p "$channel"
-    cat >"$channel/xfce4-panel.xml" <<'XML'
-<?xml version="1.0" encoding="UTF-8"?>
-<channel name="xfce4-panel" version="1.0">
-  <property name="configver" type="int" value="2"/>
-  <property name="panels" type="array">
-    <value type="int" value="1"/>
-    <property name="panel-1" type="empty">
-      <property name="position" type="string" value="p=6;x=0;y=0"/>
-      <property name="size" type="uint" value="32"/>
-      <property name="plugin-ids" type="array"><value type="int" value="1"/></property>
-    </property>
-  </property>
-  <property name="plugins" type="empty">
-    <property name="plugin-1" type="string" value="systray"/>
-  </property>
-</channel>
-XML
-    dbus-update-activation-environment HOME XDG_CONFIG_HOME XDG_CACHE_HOME XDG_DATA_HOME DISPLAY
-    xfce4-panel --disable-wm-check >"$work/panel.log" 2>&1 &
-    panel=$!
-    wait_until 15 has_owner org.kde.StatusNotifierWatcher && host="xfce4-panel's status tray"
+    xfce_panel_config
+    xfce_panel_start && host="xfce4-panel's status tray"
 fi
 
 "$lumetra" >"$work/app.log" 2>&1 &

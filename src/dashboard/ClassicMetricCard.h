@@ -1,26 +1,24 @@
 #pragma once
 
-#include "dashboard/MetricPresentation.h"
-#include "dashboard/PaintedView.h"
+#include "dashboard/ValueDetailCard.h"
 
 namespace lumetra {
 
 // The value large (22 semibold), the detail below it (10.5, secondary) and a level bar (5
 // high) when the metric has a level.
-class ClassicMetricCard final : public PaintedView {
+class ClassicMetricCard final : public ValueDetailCard {
 public:
-    explicit ClassicMetricCard(MetricPresentation metric) : metric_(std::move(metric)) {}
-
-    double heightFor(double width, const DashboardTheme& theme) const override;
-    void paint(QPainter& painter, const QRectF& rect, const DashboardTheme& theme) const override;
+    explicit ClassicMetricCard(MetricPresentation metric)
+        : ValueDetailCard(std::move(metric), kValueSize, kDetailSize) {}
 
     static constexpr double kValueSize = 22;
     static constexpr double kDetailSize = 10.5;
     static constexpr double kBarHeight = 5;
-    static constexpr double kSpacing = 6;
 
-private:
-    MetricPresentation metric_;
+protected:
+    double graphicHeight() const override;
+    void paintGraphic(QPainter& painter, const QRectF& rect,
+                      const DashboardTheme& theme) const override;
 };
 
 } // namespace lumetra

@@ -1,5 +1,7 @@
 #include "dashboard/DashboardTheme.h"
 
+#include <QGuiApplication>
+
 namespace lumetra {
 
 namespace {
@@ -26,6 +28,18 @@ DashboardTheme DashboardTheme::fromPalette(bool dark, const QPalette& palette, c
 
 DashboardTheme DashboardTheme::fixed(bool dark, const QString& fontFamily) {
     return {dark, dark ? QColor(0x0A, 0x84, 0xFF) : QColor(0x00, 0x7A, 0xFF), fontFamily};
+}
+
+bool DashboardTheme::prefersDark(ThemePreference preference) {
+    switch (preference) {
+    case ThemePreference::light:
+        return false;
+    case ThemePreference::dark:
+        return true;
+    case ThemePreference::system:
+        break;
+    }
+    return QGuiApplication::palette().color(QPalette::Window).lightnessF() < 0.5;
 }
 
 QColor DashboardTheme::primary() const {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "format/LevelColor.h"
+#include "settings/ThemePreference.h"
 
 #include <QColor>
 #include <QFont>
@@ -21,6 +22,9 @@ public:
     static DashboardTheme fromPalette(bool dark, const QPalette& palette, const QFont& font);
     // A fixed font family and accent, for pictures that must not change with the desktop.
     static DashboardTheme fixed(bool dark, const QString& fontFamily);
+    // Whether `preference` means dark now; for the system's, the desktop's window colour tells
+    // (Qt 6.4 has no colour-scheme hint). The popover and the windows both follow it.
+    static bool prefersDark(ThemePreference preference);
 
     bool isDark() const { return dark_; }
     QString fontFamily() const { return family_; }

@@ -136,8 +136,8 @@ DashboardView::DashboardView(SystemMonitor& monitor, SettingsStore& settings, QW
     connect(quitButton_, &QAbstractButton::clicked, this, &DashboardView::quitRequested);
 
     connect(&monitor_, &SystemMonitor::metricsChanged, this, &DashboardView::contentChanged);
-    connect(&monitor_, &SystemMonitor::cpuHistoryChanged, this, &DashboardView::contentChanged);
-    connect(&monitor_, &SystemMonitor::memoryHistoryChanged, this, &DashboardView::contentChanged);
+    connect(&monitor_, &SystemMonitor::cpuHistoryChanged, this, &DashboardView::historyChanged);
+    connect(&monitor_, &SystemMonitor::memoryHistoryChanged, this, &DashboardView::historyChanged);
     connect(&monitor_, &SystemMonitor::diskVolumesChanged, this, &DashboardView::contentChanged);
     connect(&settings_, &SettingsStore::metricCardStyleChanged, this,
             &DashboardView::contentChanged);
@@ -262,7 +262,29 @@ DashboardView::Content DashboardView::content() const {
     return content;
 }
 
+void DashboardView::historyChanged() {
+    // A sample changes the histories just before the record, which lays everything out anyway:
+    // only a history change that no record follows needs a layout of its own.
+    if (historyPending_)
+        return;
+    historyPending_ = true;
+    QMetaObject::invokeMethod(
+        this,
+        [this] {
+            if (historyPending_)
+                contentChanged();
+        },
+        Qt::QueuedConnection);
+}
+
 void DashboardView::contentChanged() {
+    historyPending_ = false;
+    // Nobody sees a closed popover: lay it out again only when it opens.
+    if (parked_) {
+        stale_ = true;
+        return;
+    }
+    stale_ = false;
     const Content current = content();
     const int height = static_cast<int>(std::ceil(current.height));
     placeFooter(current.footerTop);
@@ -287,7 +309,22 @@ void DashboardView::placeFooter(double top) {
 }
 
 QSize DashboardView::sizeHint() const {
-    return {kWidth, height_ > 0 ? height_ : static_cast<int>(std::ceil(content().height))};
+    // Stale: the popover asks before it opens, to size its window to what it will show.
+    if (height_ > 0 && !stale_)
+        return {kWidth, height_};
+    return {kWidth, static_cast<int>(std::ceil(content().height))};
+}
+
+void DashboardView::showEvent(QShowEvent* event) {
+    QWidget::showEvent(event);
+    parked_ = false;
+    if (stale_)
+        contentChanged();
+}
+
+void DashboardView::hideEvent(QHideEvent* event) {
+    QWidget::hideEvent(event);
+    parked_ = true;
 }
 
 void DashboardView::resizeEvent(QResizeEvent* event) {

@@ -17,7 +17,8 @@ class SystemMonitor;
 // The popover's content: a header, the glance strip, the metric cards in the chosen style,
 // the disk and network cards and a footer with three buttons. 280 wide; the height follows
 // the content. Painted in one pass from the monitor's current state, so a redraw builds
-// nothing but the presentations; it redraws whenever the monitor or the card style changes.
+// nothing but the presentations; it redraws whenever the monitor or the card style changes,
+// and while hidden after being shown it only notes the change until it is shown again.
 class DashboardView : public QWidget {
     Q_OBJECT
     Q_PROPERTY(bool dark READ isDark WRITE setDark NOTIFY darkChanged)
@@ -58,11 +59,14 @@ protected:
     void paintEvent(QPaintEvent* event) override;
     bool event(QEvent* event) override;
     void resizeEvent(QResizeEvent* event) override;
+    void showEvent(QShowEvent* event) override;
+    void hideEvent(QHideEvent* event) override;
 
 private:
     struct Content;
     Content content() const;
     void contentChanged();
+    void historyChanged();
     void refreshTheme();
     void placeFooter(double top);
 
@@ -73,6 +77,10 @@ private:
     std::optional<DashboardState> fixedState_;
     DashboardTheme theme_;
     int height_ = 0;
+    // Hidden after having been shown (the popover closed): changes wait for the next show.
+    bool parked_ = false;
+    bool stale_ = false;
+    bool historyPending_ = false;
     FooterButton* settingsButton_;
     FooterButton* supportButton_;
     FooterButton* quitButton_;

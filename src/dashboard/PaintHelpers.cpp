@@ -1,6 +1,7 @@
 #include "dashboard/PaintHelpers.h"
 
 #include "dashboard/DashboardIcons.h"
+#include "dashboard/MeterGeometry.h"
 
 #include <algorithm>
 #include <cmath>
@@ -73,18 +74,23 @@ void icon(QPainter& painter, const QRectF& rect, const QString& symbol, double s
     painter.drawPixmap(QRectF(topLeft, QSizeF(size, size)), pixmap, QRectF(pixmap.rect()));
 }
 
-void levelBar(QPainter& painter, const QRectF& rect, double fraction, const QColor& color,
-              const DashboardTheme& theme) {
+void capsule(QPainter& painter, const QRectF& rect, double fillWidth, const QColor& color,
+             const QColor& track) {
     const double radius = rect.height() / 2;
     painter.setPen(Qt::NoPen);
-    painter.setBrush(theme.quaternary());
+    painter.setBrush(track);
     painter.drawRoundedRect(rect, radius, radius);
-    const double width = std::clamp(fraction, 0.0, 1.0) * rect.width();
-    if (width <= 0)
+    if (!(fillWidth > 0))
         return;
     painter.setBrush(color);
-    painter.drawRoundedRect(QRectF(rect.left(), rect.top(), width, rect.height()),
-                            std::min(radius, width / 2), radius);
+    painter.drawRoundedRect(QRectF(rect.left(), rect.top(), fillWidth, rect.height()),
+                            std::min(radius, fillWidth / 2), radius);
+}
+
+void levelBar(QPainter& painter, const QRectF& rect, double fraction, const QColor& color,
+              const DashboardTheme& theme) {
+    capsule(painter, rect, meter::capsuleFillWidth(fraction * 100, rect.width()), color,
+            theme.quaternary());
 }
 
 void cardBackground(QPainter& painter, const QRectF& rect, double radius,

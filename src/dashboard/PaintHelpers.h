@@ -30,8 +30,12 @@ double textWidth(const DashboardTheme& theme, const QString& text, double size,
 void icon(QPainter& painter, const QRectF& rect, const QString& symbol, double size,
           const QColor& tint);
 
-// A level bar: a rounded track in the quaternary fill over the whole rect, and the fill in
-// `color` over `fraction` (0..1) of it, from the leading edge.
+// A capsule: a rounded track in `track` over the whole rect, and a rounded fill in `color`
+// `fillWidth` wide from the leading edge.
+void capsule(QPainter& painter, const QRectF& rect, double fillWidth, const QColor& color,
+             const QColor& track);
+
+// A level bar: a capsule in the quaternary fill, filled over `fraction` (0..1) of it.
 void levelBar(QPainter& painter, const QRectF& rect, double fraction, const QColor& color,
               const DashboardTheme& theme);
 

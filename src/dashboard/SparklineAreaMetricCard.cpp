@@ -1,38 +1,17 @@
 #include "dashboard/SparklineAreaMetricCard.h"
 
 #include "dashboard/AreaSparkline.h"
-#include "dashboard/PaintHelpers.h"
 
 namespace lumetra {
 
-double SparklineAreaMetricCard::heightFor(double, const DashboardTheme& theme) const {
-    double height = paint::lineHeight(theme, kValueSize, QFont::DemiBold);
-    if (metric_.detailText)
-        height += kSpacing + paint::lineHeight(theme, kDetailSize);
-    if (metric_.history.size() >= 2)
-        height += kSpacing + kSparklineHeight;
-    return height;
+double SparklineAreaMetricCard::graphicHeight() const {
+    return metric_.history.size() >= 2 ? kSparklineHeight : 0;
 }
 
-void SparklineAreaMetricCard::paint(QPainter& painter, const QRectF& rect,
-                                    const DashboardTheme& theme) const {
-    double y = rect.top();
-    const double valueHeight = paint::lineHeight(theme, kValueSize, QFont::DemiBold);
-    paint::text(painter, theme, QRectF(rect.left(), y, rect.width(), valueHeight),
-                metric_.valueText, kValueSize, QFont::DemiBold, theme.primary());
-    y += valueHeight;
-    if (metric_.detailText) {
-        const double detailHeight = paint::lineHeight(theme, kDetailSize);
-        y += kSpacing;
-        paint::text(painter, theme, QRectF(rect.left(), y, rect.width(), detailHeight),
-                    *metric_.detailText, kDetailSize, QFont::Normal, theme.secondary());
-        y += detailHeight;
-    }
-    if (metric_.history.size() >= 2) {
-        y += kSpacing;
-        AreaSparkline(metric_.history, lower_, upper_, theme.level(levelColor(metric_.percentage)))
-            .paint(painter, QRectF(rect.left(), y, rect.width(), kSparklineHeight));
-    }
+void SparklineAreaMetricCard::paintGraphic(QPainter& painter, const QRectF& rect,
+                                           const DashboardTheme& theme) const {
+    AreaSparkline(metric_.history, lower_, upper_, theme.level(levelColor(metric_.percentage)))
+        .paint(painter, rect);
 }
 
 } // namespace lumetra

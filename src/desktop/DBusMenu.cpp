@@ -117,14 +117,6 @@ DBusMenu::DBusMenu(QList<DBusMenuEntry> entries, QObject* parent)
     (void)registered;
 }
 
-void DBusMenu::setEntries(const QList<DBusMenuEntry>& entries) {
-    if (entries_ == entries)
-        return;
-    entries_ = entries;
-    ++revision_;
-    emitSignal(QStringLiteral("LayoutUpdated"), {revision_, 0});
-}
-
 QVariantMap DBusMenu::properties() const {
     return {
         {QStringLiteral("Version"), 3u},
@@ -193,7 +185,7 @@ bool DBusMenu::handleMethod(const QDBusMessage& message, const QDBusConnection& 
         }
         QDBusArgument layout;
         writeNode(layout, parentId, itemProperties(parentId, names), children, childIds);
-        connection.send(message.createReply({revision_, QVariant::fromValue(layout)}));
+        connection.send(message.createReply({kRevision, QVariant::fromValue(layout)}));
         return true;
     }
     if (member == QLatin1String("GetGroupProperties") && signature == QLatin1String("aias")) {

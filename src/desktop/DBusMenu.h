@@ -25,9 +25,6 @@ public:
     explicit DBusMenu(QList<DBusMenuEntry> entries = {}, QObject* parent = nullptr);
 
     const QList<DBusMenuEntry>& entries() const { return entries_; }
-    // A new layout, announced with LayoutUpdated when it differs.
-    void setEntries(const QList<DBusMenuEntry>& entries);
-    uint revision() const { return revision_; }
 
 signals:
     void triggered(int id);
@@ -42,7 +39,8 @@ private:
     void click(int id, const QString& eventId);
 
     QList<DBusMenuEntry> entries_;
-    uint revision_ = 1;
+    // The entries never change: one layout revision for the menu's life.
+    static constexpr uint kRevision = 1;
 };
 
 } // namespace lumetra

@@ -20,7 +20,6 @@ public:
     // Exports the object at `path` on `bus`; false when the path is taken.
     bool exportOn(const QDBusConnection& bus, const QString& path);
     void unexport();
-    bool isExported() const { return exported_; }
     const QString& path() const { return path_; }
     const QString& interfaceName() const { return interface_; }
 

@@ -44,7 +44,6 @@ public:
     const QString& labelGuide() const { return labelGuide_; }
     const StatusNotifierIconPixmaps& iconPixmaps() const { return pixmaps_; }
 
-    void setId(const QString& id) { id_ = id; }
     void setTitle(const QString& title);
     // XAyatanaNewLabel goes out only when the label or the guide changed; returns whether.
     bool setLabel(const QString& label, const QString& guide);
@@ -93,7 +92,7 @@ private:
     bool started_ = false;
     bool watcherPresent_ = false;
     bool registered_ = false;
-    QString id_ = QStringLiteral("lumetra");
+    const QString id_ = QStringLiteral("lumetra");
     QString title_ = QStringLiteral("lumetra");
     QString label_;
     QString labelGuide_;

@@ -2,6 +2,7 @@
 
 #include "appearance/GlassBackground.h"
 #include "core/AppState.h"
+#include "dashboard/DashboardTheme.h"
 #include "dashboard/DashboardView.h"
 #include "settings/SettingsStore.h"
 
@@ -12,15 +13,6 @@
 #include <QVBoxLayout>
 
 namespace lumetra {
-
-namespace {
-
-bool systemIsDark() {
-    const QColor window = QApplication::palette().color(QPalette::Window);
-    return window.lightnessF() < 0.5;
-}
-
-} // namespace
 
 MenuBarPopoverContent::MenuBarPopoverContent(AppState& appState, QWidget* parent)
     : QWidget(parent), appState_(appState) {
@@ -56,15 +48,7 @@ MenuBarPopoverContent::MenuBarPopoverContent(AppState& appState, QWidget* parent
 }
 
 bool MenuBarPopoverContent::isDark() const {
-    switch (appState_.settings().themePreference()) {
-    case ThemePreference::light:
-        return false;
-    case ThemePreference::dark:
-        return true;
-    case ThemePreference::system:
-        break;
-    }
-    return systemIsDark();
+    return DashboardTheme::prefersDark(appState_.settings().themePreference());
 }
 
 void MenuBarPopoverContent::applyAppearance() {

@@ -1,8 +1,8 @@
 #include "menubar/MenuBarRichLabel.h"
 
 #include "format/MenuBarLabel.h"
-#include "format/ValueFormatters.h"
 #include "menubar/LabelFont.h"
+#include "menubar/LabelImage.h"
 
 #include <QEvent>
 #include <QFontMetricsF>
@@ -13,8 +13,6 @@
 namespace lumetra {
 
 namespace {
-
-constexpr int kBarSegments = 5;
 
 void append(QList<LabelRun>& runs, const QString& text, std::optional<LevelColor> color) {
     if (!runs.isEmpty() && runs.back().color == color)
@@ -27,28 +25,12 @@ void append(QList<LabelRun>& runs, const QString& text, std::optional<LevelColor
 
 QList<LabelRun> richLabelRuns(const QList<MenuBarChipContent>& chips, MenuBarDisplayStyle style,
                               MenuBarSeparator separator) {
-    const QString separatorString = separatorText(separator);
-    const QString space(QLatin1Char(' '));
+    // The image label's pieces, with each icon written as the metric's mark.
     QList<LabelRun> runs;
-    runs.reserve(chips.size() * 4);
-    for (const MenuBarChipContent& chip : chips) {
-        if (&chip != &chips.front())
-            append(runs, separatorString, std::nullopt);
-        // Without a percentage the mark is secondary and a graph keeps the text colour.
-        const std::optional<LevelColor> level =
-            chip.percentage ? std::optional(levelColor(chip.percentage)) : std::nullopt;
-        append(runs, metricMark(chip.metric), levelColor(chip.percentage));
-        append(runs, space, std::nullopt);
-        if (style == MenuBarDisplayStyle::compactGraph && !chip.graphText.isEmpty()) {
-            append(runs, chip.graphText, level);
-            append(runs, space, std::nullopt);
-        }
-        if (style == MenuBarDisplayStyle::miniBar && chip.percentage) {
-            append(runs, levelBar(kBarSegments, *chip.percentage), level);
-            append(runs, space, std::nullopt);
-        }
-        append(runs, chip.valueText, std::nullopt);
-    }
+    for (const LabelImagePiece& piece : LabelImage::pieces(chips, style, separator))
+        append(runs,
+               piece.kind == LabelImagePiece::Kind::icon ? metricMark(piece.metric) : piece.text,
+               piece.color);
     return runs;
 }
 

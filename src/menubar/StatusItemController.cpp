@@ -64,8 +64,7 @@ StatusItemController::StatusItemController(SystemMonitor& monitor, SettingsStore
     connect(&fallbackTimer_, &QTimer::timeout, this, &StatusItemController::showTray);
 
     render();
-    busItem_ = item_->start();
-    if (!busItem_)
+    if (!item_->start())
         qCWarning(logUi) << "no session bus: the panel item falls back to the system tray";
     // At start-up there is nothing to wait for: stand in at once when no watcher runs.
     if (!item_->isWatcherPresent() && options_.trayFallback)

@@ -74,12 +74,8 @@ public:
     DBusMenu* menu() const { return menu_.get(); }
     QSystemTrayIcon* trayIcon() const { return tray_; }
     IconShape iconShape() const { return shape_; }
-    // The D-Bus item is exported (a session bus exists).
-    bool hasBusItem() const { return busItem_; }
     // Something can show the item: a watcher, or an XEmbed tray for the fallback.
     bool panelAvailable() const;
-    // Renders now, whatever is queued; for tests.
-    void renderNow() { render(); }
 
     // The menu's entries, in order.
     enum MenuEntry { showDashboard = 1, settingsEntry = 2, quitEntry = 3 };
@@ -108,7 +104,6 @@ private:
     IconShape shape_;
     std::unique_ptr<DBusMenu> menu_;
     std::unique_ptr<StatusNotifierItem> item_;
-    bool busItem_ = false;
     QSystemTrayIcon* tray_ = nullptr;
     std::unique_ptr<QMenu> trayMenu_;
     QTimer fallbackTimer_;

@@ -99,10 +99,4 @@ void AdvancedSettingsView::refresh() {
                                : metrics.temperatureSources.join(QStringLiteral(", ")));
 }
 
-QString AdvancedSettingsView::rowValue(const QString& row) const {
-    if (const auto* label = findChild<QLabel*>(row))
-        return label->text();
-    return {};
-}
-
 } // namespace lumetra

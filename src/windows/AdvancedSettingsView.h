@@ -18,10 +18,6 @@ public:
     AdvancedSettingsView(AppState& appState, MachineInfo machine, QWidget* parent = nullptr);
     explicit AdvancedSettingsView(AppState& appState, QWidget* parent = nullptr);
 
-    // The shown value of a row: "hardwareModel", "appleSilicon", "temperature",
-    // "thermalState", "temperatureSources".
-    QString rowValue(const QString& row) const;
-
 private:
     void refresh();
 

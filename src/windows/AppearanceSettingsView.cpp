@@ -2,6 +2,7 @@
 
 #include "appearance/AppearanceManager.h"
 #include "core/AppState.h"
+#include "dashboard/DashboardTheme.h"
 #include "settings/SettingsStore.h"
 #include "windows/BackgroundPreview.h"
 #include "windows/ControlBinding.h"
@@ -199,7 +200,7 @@ void AppearanceSettingsView::showCustomControls() {
 
 void AppearanceSettingsView::refreshPreview() {
     preview_->setConfiguration(appState_.effectiveAppearance(),
-                               WindowTheme::prefersDark(appState_.settings().themePreference()));
+                               DashboardTheme::prefersDark(appState_.settings().themePreference()));
 }
 
 } // namespace lumetra

@@ -6,6 +6,7 @@
 #include "windows/ProminentButton.h"
 #include "windows/SecondaryLabel.h"
 #include "windows/SymbolIcon.h"
+#include "windows/TitleLabel.h"
 #include "windows/WindowTheme.h"
 
 #include <QCheckBox>
@@ -43,13 +44,7 @@ SupportLumetraView::SupportLumetraView(AppState& appState, std::function<void()>
     heart->setAlignment(Qt::AlignCenter);
     layout->addWidget(heart);
 
-    auto* title = new QLabel(tr("Support lumetra"), this);
-    QFont titleFont = title->font();
-    titleFont.setPixelSize(20);
-    titleFont.setWeight(QFont::DemiBold);
-    title->setFont(titleFont);
-    title->setAlignment(Qt::AlignCenter);
-    layout->addWidget(title);
+    layout->addWidget(new TitleLabel(tr("Support lumetra"), 20, QFont::DemiBold, this));
 
     auto* text = new SecondaryLabel(
         tr("lumetra is free and built to stay lightweight. Donations fund development, testing, "

@@ -287,10 +287,6 @@ const Symbol* find(QStringView name) {
 
 } // namespace
 
-bool SymbolIcon::isKnown(QStringView name) {
-    return find(name) != nullptr;
-}
-
 QPixmap SymbolIcon::pixmap(QStringView name, const QColor& color, int size,
                            qreal devicePixelRatio) {
     QPixmap pixmap(QSize(size, size) * devicePixelRatio);

@@ -14,7 +14,6 @@ class SymbolIcon {
 public:
     static QIcon icon(QStringView name, const QColor& color, int size = 16);
     static QPixmap pixmap(QStringView name, const QColor& color, int size, qreal devicePixelRatio);
-    static bool isKnown(QStringView name);
 };
 
 } // namespace lumetra

@@ -6,6 +6,7 @@
 #include "windows/ProminentButton.h"
 #include "windows/SecondaryLabel.h"
 #include "windows/SymbolIcon.h"
+#include "windows/TitleLabel.h"
 #include "windows/WindowTheme.h"
 
 #include <QCheckBox>
@@ -58,13 +59,7 @@ QWidget* WelcomeView::buildWelcomePage() {
     symbol->setAlignment(Qt::AlignCenter);
     layout->addWidget(symbol);
     layout->addSpacing(6);
-    auto* title = new QLabel(tr("Welcome to lumetra"), page);
-    QFont titleFont = title->font();
-    titleFont.setPixelSize(24);
-    titleFont.setWeight(QFont::Bold);
-    title->setFont(titleFont);
-    title->setAlignment(Qt::AlignCenter);
-    layout->addWidget(title);
+    layout->addWidget(new TitleLabel(tr("Welcome to lumetra"), 24, QFont::Bold, page));
     auto* subtitle =
         new SecondaryLabel(tr("A lightweight system monitor that lives in your menu bar."), page);
     subtitle->setAlignment(Qt::AlignCenter);
@@ -85,13 +80,7 @@ QWidget* WelcomeView::buildConfigurePage() {
     auto* layout = new QVBoxLayout(page);
     layout->setContentsMargins(36, 32, 36, 32);
     layout->setSpacing(12);
-    auto* title = new QLabel(tr("Choose what to show"), page);
-    QFont titleFont = title->font();
-    titleFont.setPixelSize(19);
-    titleFont.setWeight(QFont::DemiBold);
-    title->setFont(titleFont);
-    title->setAlignment(Qt::AlignCenter);
-    layout->addWidget(title);
+    layout->addWidget(new TitleLabel(tr("Choose what to show"), 19, QFont::DemiBold, page));
     layout->addSpacing(4);
 
     // The boxes start from what the menu bar shows now, so going through the flow again

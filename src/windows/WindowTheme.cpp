@@ -1,40 +1,18 @@
 #include "windows/WindowTheme.h"
 
+#include "dashboard/DashboardTheme.h"
 #include "settings/SettingsStore.h"
 
-#include <QApplication>
 #include <QEvent>
-#include <QStyleHints>
 #include <QWidget>
 
 namespace lumetra {
-
-namespace {
-
-bool desktopIsDark() {
-    // Qt 6.4 has no colour-scheme hint; the desktop's window colour tells light from dark.
-    return QApplication::palette().color(QPalette::Window).lightnessF() < 0.5;
-}
-
-} // namespace
 
 WindowTheme::WindowTheme(QWidget* window, SettingsStore& settings)
     : QObject(window), window_(window), settings_(settings) {
     window->installEventFilter(this);
     connect(&settings_, &SettingsStore::themePreferenceChanged, this, &WindowTheme::apply);
     apply();
-}
-
-bool WindowTheme::prefersDark(ThemePreference preference) {
-    switch (preference) {
-    case ThemePreference::light:
-        return false;
-    case ThemePreference::dark:
-        return true;
-    case ThemePreference::system:
-        break;
-    }
-    return desktopIsDark();
 }
 
 QPalette WindowTheme::palette(bool dark) {
@@ -103,7 +81,7 @@ QColor WindowTheme::destructive(const QPalette& palette) {
 void WindowTheme::apply() {
     if (!window_)
         return;
-    const bool dark = prefersDark(settings_.themePreference());
+    const bool dark = DashboardTheme::prefersDark(settings_.themePreference());
     window_->setPalette(palette(dark));
     if (dark != dark_) {
         dark_ = dark;

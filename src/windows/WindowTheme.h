@@ -25,7 +25,6 @@ public:
 
     bool isDark() const { return dark_; }
 
-    static bool prefersDark(ThemePreference preference);
     static QPalette palette(bool dark);
     // Text below the primary level: captions and descriptions, and dimmed rows.
     static QColor secondaryText(const QPalette& palette);

@@ -112,3 +112,44 @@ popover_of() {
     return 1
 }
 no_popover_of() { ! popover_of "$1" >/dev/null; }
+
+# Configures one xfce4-panel at the top, 32 high across the screen, whose only plugin is the
+# status tray (a StatusNotifierItem host that is also the watcher), in the private home.
+xfce_panel_config() {
+    channel="$XDG_CONFIG_HOME/xfce4/xfconf/xfce-perchannel-xml"
+    mkdir -p "$channel"
+    cat >"$channel/xfce4-panel.xml" <<'XML'
+<?xml version="1.0" encoding="UTF-8"?>
+<channel name="xfce4-panel" version="1.0">
+  <property name="configver" type="int" value="2"/>
+  <property name="panels" type="array">
+    <value type="int" value="1"/>
+    <property name="panel-1" type="empty">
+      <property name="position" type="string" value="p=6;x=0;y=0"/>
+      <property name="length" type="uint" value="100"/>
+      <property name="position-locked" type="bool" value="true"/>
+      <property name="size" type="uint" value="32"/>
+      <property name="plugin-ids" type="array">
+        <value type="int" value="1"/>
+      </property>
+    </property>
+  </property>
+  <property name="plugins" type="empty">
+    <property name="plugin-1" type="string" value="systray">
+      <property name="square-icons" type="bool" value="false"/>
+      <property name="icon-size" type="int" value="24"/>
+    </property>
+  </property>
+</channel>
+XML
+    # xfconfd is started by the bus: it must see the private configuration.
+    dbus-update-activation-environment HOME XDG_CONFIG_HOME XDG_CACHE_HOME XDG_DATA_HOME DISPLAY
+}
+
+# Starts the configured panel in the background, its pid in `panel`, its output appended to
+# $work/panel.log; fails when its watcher is not on the bus within 15 s.
+xfce_panel_start() {
+    xfce4-panel --disable-wm-check >>"$work/panel.log" 2>&1 &
+    panel=$!
+    wait_until 15 has_owner org.kde.StatusNotifierWatcher
+}

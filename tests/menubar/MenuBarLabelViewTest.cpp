@@ -5,6 +5,7 @@
 #include "menubar/MenuBarRichLabel.h"
 #include "settings/SettingsStore.h"
 #include "settings/UserDefaults.h"
+#include "support/Cases.h"
 
 #include <QPalette>
 #include <QSignalSpy>
@@ -18,6 +19,8 @@ using S = MenuBarDisplayStyle;
 
 namespace {
 
+using lumetra::testing::history;
+
 const MetricHistory kNoHistory;
 
 SystemMetrics sample(double cpu) {
@@ -29,13 +32,6 @@ SystemMetrics sample(double cpu) {
     metrics.temperature = 52.4;
     metrics.downloadBytesPerSecond = 1500;
     return metrics;
-}
-
-MetricHistory history(std::initializer_list<double> values) {
-    MetricHistory result;
-    for (double value : values)
-        result.append(value);
-    return result;
 }
 
 const QList<M> kAllMetrics{M::cpu, M::memory, M::temperature, M::download, M::upload};

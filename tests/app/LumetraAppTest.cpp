@@ -57,7 +57,6 @@ TEST_F(LumetraAppTest, WelcomeOpensWhileItsSwitchIsOn) {
         bool opens;
     };
     const Case cases[] = {
-        {R"({"showWelcomeScreen": true, "hasCompletedOnboarding": false})", true},
         {R"({"hasCompletedOnboarding": false})", true}, // a first start: the default is on
         {R"({"showWelcomeScreen": true, "hasCompletedOnboarding": true})", true}, // asked again
         {R"({"showWelcomeScreen": false, "hasCompletedOnboarding": true})", false},

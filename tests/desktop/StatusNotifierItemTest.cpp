@@ -24,21 +24,17 @@ using testing::waitFor;
 
 // ---- the pixmap encoding -------------------------------------------------------------
 
-TEST(StatusNotifierIconPixmapTest, WritesArgbInNetworkByteOrder) {
+// ARGB in network byte order, marshalled as a list of (width, height, bytes).
+TEST(StatusNotifierIconPixmapTest, WritesArgbInNetworkByteOrderAsIIAY) {
     const StatusNotifierIconPixmap pixmap =
         StatusNotifierIconPixmap::fromArgb32(1, 3, QList<quint32>{0xFFFF0000u, 0x01020304u, 0});
     EXPECT_EQ(pixmap.width, 1);
     EXPECT_EQ(pixmap.height, 3);
     EXPECT_EQ(pixmap.data.toHex(' ').toStdString(), "ff ff 00 00 01 02 03 04 00 00 00 00");
-}
-
-TEST(StatusNotifierIconPixmapTest, MarshalsAsListOfIntIntBytes) {
-    // The item registers the D-Bus types when it is made.
-    DBusMenu menu;
+    DBusMenu menu; // the item registers the D-Bus types when it is made
     StatusNotifierItem item(QDBusConnection(QString()), menu);
     QDBusArgument argument;
-    argument << StatusNotifierIconPixmaps{
-        StatusNotifierIconPixmap::fromArgb32(1, 1, QList<quint32>{0xFF000000u})};
+    argument << StatusNotifierIconPixmaps{pixmap};
     EXPECT_EQ(argument.currentSignature().toStdString(), "a(iiay)");
 }
 

@@ -65,6 +65,9 @@ TEST_P(SettingsToggleTest, ClickWritesStoreAndFileAndStoreMovesTheSwitch) {
     toggle->click();
     EXPECT_EQ(h.settings->property(key).toBool(), before);
     EXPECT_EQ(h.stored(key).toBool(), before);
+    if (std::string_view(key) == "launchAtLogin") { // and the login item follows
+        EXPECT_EQ(h.loginItem.calls, (QStringList{"register", "unregister"}));
+    }
 }
 
 INSTANTIATE_TEST_SUITE_P(Switches, SettingsToggleTest,
@@ -72,34 +75,17 @@ INSTANTIATE_TEST_SUITE_P(Switches, SettingsToggleTest,
                                            "automaticallyCheckForUpdates", "networkPhysicalOnly"),
                          [](const auto& info) { return std::string(info.param); });
 
-TEST_F(SettingsViewTest, LaunchAtLoginSwitchRegistersAndRemovesTheLoginItem) {
-    auto* toggle = child<QAbstractButton>(view, "launchAtLogin");
-    toggle->click();
-    EXPECT_TRUE(h.loginItem.enabled);
-    toggle->click();
-    EXPECT_FALSE(h.loginItem.enabled);
-    EXPECT_EQ(h.loginItem.calls, (QStringList{"register", "unregister"}));
-}
-
 TEST_F(SettingsViewTest, MetricSwitchesAddAndRemoveMetricsAndDimTheirRows) {
     const MetricOrderModel* model = view.findChild<MetricOrderModel*>();
     ASSERT_NE(model, nullptr);
-    struct Case {
-        M metric;
-        QString control;
-        int row;
-    };
-    for (const Case& c :
-         {Case{M::cpu, "metric.cpu", 0}, Case{M::temperature, "metric.temperature", 2},
-          Case{M::upload, "metric.upload", 4}}) {
-        auto* toggle = child<QAbstractButton>(view, c.control);
-        const bool before = h.settings->enabledMetrics().contains(c.metric);
-        toggle->click();
-        EXPECT_EQ(h.settings->enabledMetrics().contains(c.metric), !before)
-            << c.control.toStdString();
-        const QStringList stored = h.stored("enabledMetrics").toStringList();
-        EXPECT_EQ(stored.contains(rawList({c.metric}).first()), !before);
-        EXPECT_EQ(model->index(c.row).data(MetricOrderModel::EnabledRole).toBool(), !before);
+    // Each click turns a default the other way: the switches start from the settings.
+    for (const auto& [metric, row, on] :
+         {std::tuple{M::cpu, 0, false}, {M::temperature, 2, false}, {M::upload, 4, true}}) {
+        const QString raw = rawList({metric}).first();
+        child<QAbstractButton>(view, "metric." + raw)->click();
+        EXPECT_EQ(h.settings->enabledMetrics().contains(metric), on) << raw.toStdString();
+        EXPECT_EQ(h.stored("enabledMetrics").toStringList().contains(raw), on);
+        EXPECT_EQ(model->index(row).data(MetricOrderModel::EnabledRole).toBool(), on);
     }
 }
 

@@ -3,7 +3,7 @@
 #include "core/AppState.h"
 #include "menubar/MenuBarPopoverWindowController.h"
 #include "settings/SettingsStore.h"
-#include "settings/SettingsTestSupport.h"
+#include "support/PanelAppTest.h"
 
 #include <QSignalSpy>
 #include <QTest>
@@ -12,24 +12,10 @@
 #include <gtest/gtest.h>
 
 using namespace lumetra;
-using lumetra::testing::SettingsFolder;
 
 namespace {
 
-// The whole panel app over a temporary configuration folder, with update checks aimed at a
-// closed local port.
-class LumetraAppTest : public ::testing::Test {
-protected:
-    void SetUp() override {
-        qputenv("XDG_CONFIG_HOME", folder.dir.path().toUtf8());
-        qputenv("LUMETRA_UPDATE_MANIFEST_URL", "http://127.0.0.1:9/appcast.json");
-        qunsetenv("LUMETRA_UITEST_OPEN_SETTINGS");
-    }
-    void TearDown() override { qunsetenv("LUMETRA_UITEST_OPEN_SETTINGS"); }
-
-    SettingsFolder folder{
-        QByteArray(R"({"hasCompletedOnboarding": true, "showWelcomeScreen": false})")};
-};
+using LumetraAppTest = lumetra::testing::PanelAppTest;
 
 TEST_F(LumetraAppTest, BuildsTheGraphInOrderAndStartsSamplingOnceTheLoopRuns) {
     LumetraApp app({});
@@ -71,7 +57,6 @@ TEST_F(LumetraAppTest, WelcomeOpensWhileItsSwitchIsOn) {
         bool opens;
     };
     const Case cases[] = {
-        {R"({"showWelcomeScreen": true, "hasCompletedOnboarding": false})", true},
         {R"({"hasCompletedOnboarding": false})", true}, // a first start: the default is on
         {R"({"showWelcomeScreen": true, "hasCompletedOnboarding": true})", true}, // asked again
         {R"({"showWelcomeScreen": false, "hasCompletedOnboarding": true})", false},

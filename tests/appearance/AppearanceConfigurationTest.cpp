@@ -24,22 +24,6 @@ using M = AppearanceMode;
 using Material = VisualEffectMaterial;
 using Configuration = AppearanceConfiguration;
 
-// Raw values in picker order, each read back; both lookups are exact ("hud", never "Hud").
-TEST(AppearanceModeTest, RawValuesInPickerOrder) {
-    QStringList raws;
-    for (M mode : allCases<M>()) {
-        raws << QString::fromLatin1(rawValue(mode));
-        EXPECT_EQ(fromRaw<M>(QStringView(raws.last())), mode);
-    }
-    for (Material material : allCases<Material>()) {
-        raws << QString::fromLatin1(rawValue(material));
-        EXPECT_EQ(fromRaw<Material>(QStringView(raws.last())), material);
-    }
-    EXPECT_EQ(raws.join(' '), "solid subtle translucent glass custom automatic popover hud "
-                              "sidebar menu");
-    EXPECT_FALSE(fromRaw<M>(QStringView(u"Glass")) || fromRaw<Material>(QStringView(u"Hud")));
-}
-
 // The preset of the selected mode, or the stored custom configuration as stored (its own
 // mode included), then the two accessibility overrides.
 TEST(AppearanceConfigurationTest, ResolvesThePresetOrTheStoredConfigurationAfterTheOverrides) {
@@ -54,11 +38,7 @@ TEST(AppearanceConfigurationTest, ResolvesThePresetOrTheStoredConfigurationAfter
         Configuration expected;
     };
     for (const Case& c : std::initializer_list<Case>{
-             {solid, {}, false, false, {solid, 0.98, 0.94, 0, sidebar, false}},
-             {subtle, {}, false, false, {subtle, 0.93, 0.55, 25, sidebar, true}},
-             {translucent, {}, false, false, {translucent, 0.82, 0.32, 60, popover, true}},
              {glass, {}, false, false, {glass, 0.68, 0.12, 90, hud, true}},
-             {custom, {}, false, false, {custom, 0.85, 0.30, 50, automatic, true}},
              {glass, {}, false, true, {glass, 0.68, 0.27, 90, hud, true}},
              {subtle, {}, true, false, {subtle, 1.0, 1.0, 25, sidebar, false}},
              {translucent, {}, true, true, {translucent, 1.0, 1.0, 60, popover, false}},

@@ -155,16 +155,25 @@ TEST(TerminalModeTest, WithoutADisplayPlainLumetraWatchesAndSaysSoOnce) {
     EXPECT_EQ(err.count("running lumetra --watch"), 1) << err.toStdString();
 }
 
-// A tree lumetra cannot read is refused before anything is sampled; nothing on stdout.
+// A tree lumetra cannot read is refused before anything is sampled, naming the file that
+// makes it unusable; nothing on stdout.
 TEST(TerminalModeTest, RootWithoutKernelFilesIsRefused) {
-    lumetra::testing::ScratchTree noMeminfo;
+    lumetra::testing::ScratchTree noMeminfo, noStat, meminfoFolder;
     noMeminfo.write("proc/stat", "cpu  1 2 3 4\n");
+    noStat.write("proc/meminfo", "MemTotal: 1 kB\n");
+    meminfoFolder.write("proc/stat", "cpu  1 2 3 4\n");
+    meminfoFolder.makeDirectory("proc/meminfo");
+    const auto path = [](const lumetra::testing::ScratchTree& tree, const char* file) {
+        return QString::fromStdString(tree.path(file));
+    };
     QTemporaryDir empty;
     for (const auto& [root, missing] : std::initializer_list<std::pair<QString, QString>>{
-             {empty.path(), empty.path() + "/proc/stat"},
+             {empty.path(), empty.path() + "/proc/stat: No such file or directory"},
              {LUMETRA_FIXTURES_DIR "/mount-tables.txt", "not a directory"},
-             {QString::fromStdString(noMeminfo.root()),
-              QString::fromStdString(noMeminfo.path("proc/meminfo"))}}) {
+             {QString::fromStdString(noMeminfo.root()), path(noMeminfo, "proc/meminfo")},
+             {QString::fromStdString(noStat.root()), path(noStat, "proc/stat")},
+             {QString::fromStdString(meminfoFolder.root()),
+              path(meminfoFolder, "proc/meminfo") + ": not a regular file"}}) {
         const RunResult run = runLumetra({"--print", "--format", "json", "--root", root});
         EXPECT_EQ(run.exitCode, 2) << root.toStdString();
         EXPECT_TRUE(run.out.isEmpty()) << run.out.toStdString();

@@ -1,5 +1,4 @@
 #include "cli/TerminalOptions.h"
-#include "support/FixtureTree.h"
 
 #include <gtest/gtest.h>
 
@@ -45,38 +44,6 @@ TEST(TerminalOptionsTest, RejectsWithAClearMessage) {
         EXPECT_FALSE(parsed.options) << messagePart;
         EXPECT_TRUE(parsed.error.contains(messagePart) && parsed.error.contains("lumetra --help"))
             << parsed.error.toStdString();
-    }
-}
-
-// --root names the file that makes a tree unusable; a tree with both files passes.
-TEST(TerminalOptionsTest, RootMustHoldReadableStatAndMeminfo) {
-    using lumetra::testing::ScratchTree;
-    const struct {
-        const char* name;
-        std::vector<const char*> files;       // written with a line of text
-        std::vector<const char*> directories; // made as directories
-        const char* missing;                  // in the message, or nullptr when accepted
-    } cases[] = {
-        {"empty folder", {}, {}, "proc/stat: No such file or directory"},
-        {"no meminfo", {"proc/stat"}, {}, "proc/meminfo: No such file or directory"},
-        {"no stat", {"proc/meminfo"}, {}, "proc/stat: No such file or directory"},
-        {"meminfo a folder", {"proc/stat"}, {"proc/meminfo"}, "proc/meminfo: not a regular file"},
-        {"both", {"proc/stat", "proc/meminfo"}, {}, nullptr},
-    };
-    for (const auto& c : cases) {
-        ScratchTree tree;
-        for (const char* file : c.files)
-            tree.write(file, "cpu  1 2 3 4\n");
-        for (const char* directory : c.directories)
-            tree.makeDirectory(directory);
-        const QString root = QString::fromStdString(tree.root());
-        const TerminalOptionsParse parsed = parseTerminalOptions({"--print", "--root", root});
-        if (!c.missing) {
-            EXPECT_TRUE(parsed.options) << c.name << ": " << parsed.error.toStdString();
-            continue;
-        }
-        EXPECT_FALSE(parsed.options) << c.name;
-        EXPECT_TRUE(parsed.error.contains(root + "/" + c.missing)) << parsed.error.toStdString();
     }
 }
 

@@ -1,15 +1,9 @@
 #include "core/AppState.h"
 
-#include "appearance/AppearanceManager.h"
-#include "core/SystemMonitor.h"
-#include "desktop/LoginItemService.h"
 #include "model/Logging.h"
-#include "settings/SettingsStore.h"
-#include "settings/SettingsTestSupport.h"
+#include "support/AppStateHarness.h"
 #include "support/Cases.h"
 #include "support/LogCapture.h"
-#include "updates/UpdateAlertPresenting.h"
-#include "updates/UpdateChecking.h"
 
 #include <QSignalSpy>
 #include <QTest>
@@ -18,77 +12,10 @@
 
 using namespace lumetra;
 using lumetra::testing::LogCapture;
-using lumetra::testing::SettingsFolder;
 
 namespace {
 
-struct RecordingLoginItem : LoginItemService {
-    bool isEnabled() const override { return enabled; }
-    std::optional<QString> registerItem() override {
-        calls << QStringLiteral("register");
-        if (failure)
-            return failure;
-        enabled = true;
-        return std::nullopt;
-    }
-    std::optional<QString> unregisterItem() override {
-        calls << QStringLiteral("unregister");
-        if (failure)
-            return failure;
-        enabled = false;
-        return std::nullopt;
-    }
-    bool enabled = false;
-    std::optional<QString> failure;
-    QStringList calls;
-};
-
-struct SilentUpdates : UpdateChecking, UpdateAlertPresenting {
-    void fetchLatestManifest(Completion) override {}
-    int present(const UpdateAlert&) override { return 0; }
-    void openURL(const QUrl&) override {}
-};
-
-struct IdleMachine : CPUProviding,
-                     MemoryProviding,
-                     NetworkProviding,
-                     TemperatureProviding,
-                     DiskProviding {
-    std::optional<double> currentUsage() override { return 0.0; }
-    std::optional<MemorySnapshot> currentSnapshot() override { return std::nullopt; }
-    MemoryPressureLevel pressure() override { return MemoryPressureLevel::normal; }
-    std::optional<NetworkCounterSample> currentCounters() override { return std::nullopt; }
-    TemperatureReading currentReading() override { return {}; }
-    DiskVolumeList currentVolumes() override { return {}; }
-};
-
-// One application state over a temporary settings file and recording services.
-struct Harness {
-    explicit Harness(const QByteArray& settingsFile = {}) : folder(settingsFile) {
-        qputenv("XDG_CONFIG_HOME", folder.dir.path().toUtf8());
-        defaults = std::make_unique<UserDefaults>(folder.file());
-        settings = std::make_unique<SettingsStore>(*defaults);
-    }
-    AppState& state() {
-        if (!appState) {
-            auto machine = std::make_shared<IdleMachine>();
-            appState = std::make_unique<AppState>(
-                AppState::Services{*settings, appearance, updates, updates, loginItem},
-                std::make_unique<SystemMonitor>(
-                    SystemMonitor::Providers{machine, machine, machine, machine, machine}, 1, 2));
-            appState->setCurrentVersionForTesting(QStringLiteral("1.2"));
-        }
-        return *appState;
-    }
-
-    SettingsFolder folder;
-    std::unique_ptr<UserDefaults> defaults;
-    std::unique_ptr<SettingsStore> settings;
-    AppearanceManager appearance;
-    SilentUpdates updates;
-    RecordingLoginItem loginItem;
-    std::unique_ptr<AppState> appState;
-};
+using Harness = lumetra::testing::AppStateHarness;
 
 struct PromptRuleCase {
     std::string name;
@@ -145,8 +72,7 @@ TEST_P(RecordLaunchTest, CountsTheLaunchAndAsksForSupportTwoSecondsLater) {
     harness.state().recordLaunch();
 
     EXPECT_EQ(harness.settings->launchCount(), c.previousLaunches + 1);
-    EXPECT_EQ(harness.folder.domain().value(QStringLiteral("launchCount")).toLongLong(),
-              c.previousLaunches + 1);
+    EXPECT_EQ(harness.stored("launchCount").toLongLong(), c.previousLaunches + 1);
     QTest::qWait(1800);
     EXPECT_EQ(prompt.count(), 0) << "not before 2.0 s";
     if (c.expectPrompt)
@@ -158,13 +84,12 @@ TEST_P(RecordLaunchTest, CountsTheLaunchAndAsksForSupportTwoSecondsLater) {
 
 INSTANTIATE_TEST_SUITE_P(
     Cases, RecordLaunchTest,
-    ::testing::Values(LaunchCase{"Third", 2, true, std::nullopt, true},
-                      LaunchCase{"Fourth", 3, true, std::nullopt, false},
-                      LaunchCase{"ThirdBeforeOnboarding", 2, false, std::nullopt, false},
-                      // Only exactly "1" is the UI-test hook; it suppresses the prompt.
-                      LaunchCase{"UiTestOne", 2, true, QByteArray("1"), false},
-                      LaunchCase{"UiTestTrue", 2, true, QByteArray("true"), true},
-                      LaunchCase{"UiTestZeroOne", 2, true, QByteArray("01"), true}),
+    ::testing::Values(
+        LaunchCase{"Third", 2, true, std::nullopt, true},
+        LaunchCase{"Fourth", 3, true, std::nullopt, false},
+        LaunchCase{"ThirdBeforeOnboarding", 2, false, std::nullopt, false},
+        // The UI-test hook (exactly "1", see UiTestHookIsExactlyOne) suppresses the prompt.
+        LaunchCase{"UiTestOne", 2, true, QByteArray("1"), false}),
     lumetra::testing::byName);
 
 TEST(AppStateTest, UiTestHookIsExactlyOne) {
@@ -246,9 +171,8 @@ TEST(AppStateTest, IntervalBindingsStoreTheValue) {
     state.setUpdateInterval(UpdateInterval::five);
     state.setTemperatureInterval(TemperatureInterval::ten);
     EXPECT_EQ(state.updateInterval(), UpdateInterval::five);
-    EXPECT_EQ(harness.folder.domain().value(QStringLiteral("updateInterval")).toDouble(), 5.0);
-    EXPECT_EQ(harness.folder.domain().value(QStringLiteral("temperatureInterval")).toDouble(),
-              10.0);
+    EXPECT_EQ(harness.stored("updateInterval").toDouble(), 5.0);
+    EXPECT_EQ(harness.stored("temperatureInterval").toDouble(), 10.0);
 }
 
 } // namespace

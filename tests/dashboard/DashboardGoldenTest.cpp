@@ -8,6 +8,7 @@
 #include "dashboard/DashboardPicture.h"
 #include "dashboard/DashboardView.h"
 #include "settings/SettingsTestSupport.h"
+#include "support/Cases.h"
 
 #include <QDir>
 #include <QFileInfo>
@@ -19,6 +20,8 @@
 namespace lumetra {
 namespace {
 
+using lumetra::testing::history;
+
 constexpr std::uint64_t kGiB = 1ull << 30;
 
 DiskVolume volume(const char* name, std::int64_t total, std::int64_t available, bool internal) {
@@ -29,13 +32,6 @@ DiskVolume volume(const char* name, std::int64_t total, std::int64_t available, 
     disk.availableCapacity = available;
     disk.isInternal = internal;
     return disk;
-}
-
-MetricHistory history(std::initializer_list<double> values) {
-    MetricHistory result;
-    for (double value : values)
-        result.append(value);
-    return result;
 }
 
 // A machine at work: CPU exactly 75 % (orange), memory 90 % (red), 52 °C (accent), a
@@ -76,13 +72,11 @@ DashboardState idleMachine() {
     return state;
 }
 
-struct GoldenCase {
-    MetricCardStyle style;
-    bool dark;
-};
+// A card style and whether the theme is dark.
+using GoldenCase = std::tuple<MetricCardStyle, bool>;
 
 std::string caseName(const GoldenCase& golden) {
-    return std::string(rawValue(golden.style)) + (golden.dark ? "_dark" : "_light");
+    return std::string(rawValue(std::get<0>(golden))) + (std::get<1>(golden) ? "_dark" : "_light");
 }
 
 QString goldenPath(const GoldenCase& golden) {
@@ -104,14 +98,15 @@ class DashboardGolden : public ::testing::TestWithParam<GoldenCase> {};
 
 TEST_P(DashboardGolden, MatchesReferenceImage) {
     const GoldenCase golden = GetParam();
+    const auto [style, dark] = golden;
     DashboardIcons::setThemeIconsEnabled(false);
     testing::LoadedStore settings;
-    settings.store.setMetricCardStyle(golden.style);
+    settings.store.setMetricCardStyle(style);
     SystemMonitor monitor({}, 1, 1);
     DashboardView view(monitor, settings.store);
     view.setFixedLook(QStringLiteral("DejaVu Sans"));
-    view.setDark(golden.dark);
-    view.setFixedState(golden.dark ? idleMachine() : busyMachine());
+    view.setDark(dark);
+    view.setFixedState(dark ? idleMachine() : busyMachine());
 
     const QImage actual = DashboardPicture::render(view, AppearanceConfiguration(), 1.0)
                               .convertToFormat(QImage::Format_ARGB32);
@@ -143,16 +138,8 @@ TEST_P(DashboardGolden, MatchesReferenceImage) {
 }
 
 INSTANTIATE_TEST_SUITE_P(StylesAndThemes, DashboardGolden,
-                         ::testing::Values(GoldenCase{MetricCardStyle::classic, false},
-                                           GoldenCase{MetricCardStyle::classic, true},
-                                           GoldenCase{MetricCardStyle::ring, false},
-                                           GoldenCase{MetricCardStyle::ring, true},
-                                           GoldenCase{MetricCardStyle::compactRow, false},
-                                           GoldenCase{MetricCardStyle::compactRow, true},
-                                           GoldenCase{MetricCardStyle::sparklineArea, false},
-                                           GoldenCase{MetricCardStyle::sparklineArea, true},
-                                           GoldenCase{MetricCardStyle::grid, false},
-                                           GoldenCase{MetricCardStyle::grid, true}),
+                         ::testing::Combine(::testing::ValuesIn(allCases<MetricCardStyle>()),
+                                            ::testing::Bool()),
                          [](const auto& info) { return caseName(info.param); });
 
 } // namespace

@@ -25,14 +25,6 @@ TEST(LevelMeterBarsTest, LitCounts) {
             << c.percentage << "% of " << c.segments;
 }
 
-TEST(LevelMeterBarsTest, BarsRiseByOnePointFourFromFive) {
-    const double heights[] = {5, 6.4, 7.8, 9.2, 10.6, 12, 13.4};
-    for (int i = 0; i < 7; ++i)
-        EXPECT_NEAR(meter::barHeight(i), heights[i], 1e-9) << i;
-    EXPECT_NEAR(meter::meterHeight(7), 13.4, 1e-9);
-    EXPECT_DOUBLE_EQ(meter::meterWidth(7), 7 * 3 + 6 * 2);
-}
-
 TEST(CapsuleMeterTest, FillIsClampedToTheTrack) {
     const std::pair<double, double> cases[] = {{0, 0},    {50, 22}, {100, 44},
                                                {130, 44}, {-10, 0}, {25, 11}};

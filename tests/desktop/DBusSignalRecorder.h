@@ -1,22 +1,40 @@
 #pragma once
 
+#include "desktop/PrivateSessionBus.h"
+#include "desktop/StatusNotifierItem.h"
+
 #include <QDBusConnection>
 #include <QDBusMessage>
 #include <QObject>
 #include <QStringList>
 
+#include <gtest/gtest.h>
+
 namespace lumetra::testing {
 
-// Records the signals one interface sends on a bus, by member name, in order.
+// Records the signals the panel item sends on a bus, by member name, in order.
 class DBusSignalRecorder : public QObject {
     Q_OBJECT
 
 public:
-    DBusSignalRecorder(QDBusConnection connection, const QString& path, const QString& interface,
-                       const QStringList& members) {
-        for (const QString& member : members)
-            connection.connect(QString(), path, interface, member, this,
-                               SLOT(record(QDBusMessage)));
+    explicit DBusSignalRecorder(QDBusConnection connection) {
+        for (const char* member :
+             {"NewIcon", "NewToolTip", "NewTitle", "NewStatus", "XAyatanaNewLabel"})
+            connection.connect(QString(), StatusNotifierItem::objectPathName(),
+                               QStringLiteral("org.kde.StatusNotifierItem"),
+                               QString::fromLatin1(member), this, SLOT(record(QDBusMessage)));
+    }
+
+    // The signals received since the last call; a NewTitle `item` sends last marks that all
+    // before it arrived.
+    QStringList drained(StatusNotifierItem& item) {
+        static int marker = 0;
+        item.setTitle(QStringLiteral("marker %1").arg(++marker));
+        EXPECT_TRUE(waitFor([&] { return members.contains(QStringLiteral("NewTitle")); }));
+        QStringList result = members;
+        result.removeAll(QStringLiteral("NewTitle"));
+        members.clear();
+        return result;
     }
 
     QStringList members;

@@ -24,50 +24,17 @@ using testing::waitFor;
 
 // ---- the pixmap encoding -------------------------------------------------------------
 
-struct PixmapCase {
-    std::string name;
-    int width;
-    int height;
-    QList<quint32> pixels;
-    QByteArray bytes;
-};
-
-class IconPixmapEncoding : public ::testing::TestWithParam<PixmapCase> {};
-
-TEST_P(IconPixmapEncoding, WritesArgbInNetworkByteOrder) {
-    const PixmapCase& c = GetParam();
+// ARGB in network byte order, marshalled as a list of (width, height, bytes).
+TEST(StatusNotifierIconPixmapTest, WritesArgbInNetworkByteOrderAsIIAY) {
     const StatusNotifierIconPixmap pixmap =
-        StatusNotifierIconPixmap::fromArgb32(c.width, c.height, c.pixels);
-    EXPECT_EQ(pixmap.width, c.width);
-    EXPECT_EQ(pixmap.height, c.height);
-    EXPECT_EQ(pixmap.data.toHex(' ').toStdString(), c.bytes.toHex(' ').toStdString());
-}
-
-INSTANTIATE_TEST_SUITE_P(
-    StatusNotifier, IconPixmapEncoding,
-    ::testing::Values(PixmapCase{"TwoByOneRedAndHalfGreen",
-                                 2,
-                                 1,
-                                 {0xFFFF0000u, 0x8000FF00u},
-                                 QByteArray::fromHex("ffff0000"
-                                                     "8000ff00")},
-                      PixmapCase{"OneByTwoDistinctBytes",
-                                 1,
-                                 2,
-                                 {0x01020304u, 0xA0B0C0D0u},
-                                 QByteArray::fromHex("01020304"
-                                                     "a0b0c0d0")},
-                      PixmapCase{
-                          "Transparent", 1, 1, {0x00000000u}, QByteArray::fromHex("00000000")}),
-    [](const auto& info) { return info.param.name; });
-
-TEST(StatusNotifierIconPixmapTest, MarshalsAsListOfIntIntBytes) {
-    // The item registers the D-Bus types when it is made.
-    DBusMenu menu;
+        StatusNotifierIconPixmap::fromArgb32(1, 3, QList<quint32>{0xFFFF0000u, 0x01020304u, 0});
+    EXPECT_EQ(pixmap.width, 1);
+    EXPECT_EQ(pixmap.height, 3);
+    EXPECT_EQ(pixmap.data.toHex(' ').toStdString(), "ff ff 00 00 01 02 03 04 00 00 00 00");
+    DBusMenu menu; // the item registers the D-Bus types when it is made
     StatusNotifierItem item(QDBusConnection(QString()), menu);
     QDBusArgument argument;
-    argument << StatusNotifierIconPixmaps{
-        StatusNotifierIconPixmap::fromArgb32(1, 1, QList<quint32>{0xFF000000u})};
+    argument << StatusNotifierIconPixmaps{pixmap};
     EXPECT_EQ(argument.currentSignature().toStdString(), "a(iiay)");
 }
 
@@ -82,27 +49,11 @@ protected:
         listener = bus.connect();
         ASSERT_TRUE(itemBus.isConnected());
         item = std::make_unique<StatusNotifierItem>(itemBus, menu);
-        recorder = std::make_unique<testing::DBusSignalRecorder>(
-            listener, StatusNotifierItem::objectPathName(),
-            QStringLiteral("org.kde.StatusNotifierItem"),
-            QStringList{QStringLiteral("NewIcon"), QStringLiteral("NewToolTip"),
-                        QStringLiteral("NewTitle"), QStringLiteral("NewStatus"),
-                        QStringLiteral("XAyatanaNewLabel")});
+        recorder = std::make_unique<testing::DBusSignalRecorder>(listener);
     }
 
     void startListening() { ASSERT_TRUE(item->start()); }
-
-    // The signals received so far; a NewTitle sent last marks that all before it arrived.
-    QStringList drained() {
-        static int marker = 0;
-        item->setTitle(QStringLiteral("marker %1").arg(++marker));
-        EXPECT_TRUE(
-            waitFor([&] { return recorder->members.contains(QStringLiteral("NewTitle")); }));
-        QStringList members = recorder->members;
-        members.removeAll(QStringLiteral("NewTitle"));
-        recorder->members.clear();
-        return members;
-    }
+    QStringList drained() { return recorder->drained(*item); }
 
     QDBusMessage call(const QString& path, const QString& interface, const QString& member,
                       const QVariantList& arguments) {
@@ -138,6 +89,8 @@ struct SignalCase {
 class StatusNotifierItemSignals : public StatusNotifierItemBus,
                                   public ::testing::WithParamInterface<SignalCase> {};
 
+const QString kLabel = QStringLiteral("XAyatanaNewLabel");
+const QString kIcon = QStringLiteral("NewIcon");
 const StatusNotifierIconPixmaps kIconA{
     StatusNotifierIconPixmap::fromArgb32(1, 1, QList<quint32>{0xFF0A84FFu})};
 const StatusNotifierIconPixmaps kIconB{
@@ -157,30 +110,28 @@ INSTANTIATE_TEST_SUITE_P(
                        item.setLabel(QStringLiteral("CPU 14%"), QStringLiteral("CPU 888%"));
                        item.setLabel(QStringLiteral("CPU 14%"), QStringLiteral("CPU 888%"));
                    },
-                   {QStringLiteral("XAyatanaNewLabel")}},
+                   {kLabel}},
         SignalCase{"NewFigureThenNewGuide",
                    [](StatusNotifierItem& item) {
                        item.setLabel(QStringLiteral("CPU 14%"), QStringLiteral("CPU 888%"));
                        item.setLabel(QStringLiteral("CPU 15%"), QStringLiteral("CPU 888%"));
                        item.setLabel(QStringLiteral("CPU 15%"), QStringLiteral("C 888%"));
                    },
-                   {QStringLiteral("XAyatanaNewLabel"), QStringLiteral("XAyatanaNewLabel"),
-                    QStringLiteral("XAyatanaNewLabel")}},
+                   {kLabel, kLabel, kLabel}},
         SignalCase{"SameImageTwice",
                    [](StatusNotifierItem& item) {
                        item.setIconPixmaps(kIconA);
                        item.setIconPixmaps(kIconA);
                    },
-                   {QStringLiteral("NewIcon")}},
-        SignalCase{
-            "ImageChangedBack",
-            [](StatusNotifierItem& item) {
-                item.setIconPixmaps(kIconA);
-                item.setIconPixmaps(kIconB);
-                item.setIconPixmaps(kIconB);
-                item.setIconPixmaps(kIconA);
-            },
-            {QStringLiteral("NewIcon"), QStringLiteral("NewIcon"), QStringLiteral("NewIcon")}},
+                   {kIcon}},
+        SignalCase{"ImageChangedBack",
+                   [](StatusNotifierItem& item) {
+                       item.setIconPixmaps(kIconA);
+                       item.setIconPixmaps(kIconB);
+                       item.setIconPixmaps(kIconB);
+                       item.setIconPixmaps(kIconA);
+                   },
+                   {kIcon, kIcon, kIcon}},
         SignalCase{"ToolTipOnlyWhenAnnounced",
                    [](StatusNotifierItem& item) {
                        item.setToolTip(QStringLiteral("lumetra"), QStringLiteral("CPU 1%"));
@@ -243,28 +194,12 @@ INSTANTIATE_TEST_SUITE_P(
         PropertyCase{
             "AnyInterface", QString(), QStringLiteral("Id"), {}, QStringLiteral("lumetra")},
         PropertyCase{"UnknownIconName", kItem, QStringLiteral("IconName"), kUnknown, {}},
-        PropertyCase{
-            "UnknownAttentionMovie", kItem, QStringLiteral("AttentionMovieName"), kUnknown, {}},
         PropertyCase{"OtherInterface",
                      QStringLiteral("org.example.Other"),
                      QStringLiteral("Id"),
                      kUnknown,
                      {}}),
     [](const auto& info) { return info.param.name; });
-
-TEST_F(StatusNotifierItemBus, GetAllListsTheItemsProperties) {
-    ASSERT_TRUE(item->start());
-    const QDBusMessage reply =
-        call(StatusNotifierItem::objectPathName(),
-             QStringLiteral("org.freedesktop.DBus.Properties"), QStringLiteral("GetAll"), {kItem});
-    ASSERT_EQ(reply.type(), QDBusMessage::ReplyMessage);
-    const QVariantMap all = qdbus_cast<QVariantMap>(reply.arguments().value(0));
-    QStringList names = all.keys();
-    names.sort();
-    EXPECT_EQ(names.join(u',').toStdString(),
-              "Category,IconPixmap,Id,ItemIsMenu,Menu,Status,Title,ToolTip,XAyatanaLabel,"
-              "XAyatanaLabelGuide");
-}
 
 TEST_F(StatusNotifierItemBus, SetIsRefused) {
     ASSERT_TRUE(item->start());

@@ -9,6 +9,8 @@ using M = MenuBarMetric;
 
 namespace {
 
+using lumetra::testing::history;
+
 SystemMetrics sample(std::optional<double> temperature = 52.4) {
     SystemMetrics metrics;
     metrics.cpuUsage = 14;
@@ -20,13 +22,6 @@ SystemMetrics sample(std::optional<double> temperature = 52.4) {
 }
 
 const MetricHistory kNone;
-
-MetricHistory history(std::initializer_list<double> values) {
-    MetricHistory result;
-    for (double value : values)
-        result.append(value);
-    return result;
-}
 
 LabelSettings only(std::initializer_list<M> metrics,
                    MemoryDisplayFormat memory = MemoryDisplayFormat::percentageOnly,

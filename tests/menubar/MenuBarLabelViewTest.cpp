@@ -5,6 +5,7 @@
 #include "menubar/MenuBarRichLabel.h"
 #include "settings/SettingsStore.h"
 #include "settings/UserDefaults.h"
+#include "support/Cases.h"
 
 #include <QPalette>
 #include <QSignalSpy>
@@ -18,6 +19,8 @@ using S = MenuBarDisplayStyle;
 
 namespace {
 
+using lumetra::testing::history;
+
 const MetricHistory kNoHistory;
 
 SystemMetrics sample(double cpu) {
@@ -29,13 +32,6 @@ SystemMetrics sample(double cpu) {
     metrics.temperature = 52.4;
     metrics.downloadBytesPerSecond = 1500;
     return metrics;
-}
-
-MetricHistory history(std::initializer_list<double> values) {
-    MetricHistory result;
-    for (double value : values)
-        result.append(value);
-    return result;
 }
 
 const QList<M> kAllMetrics{M::cpu, M::memory, M::temperature, M::download, M::upload};
@@ -91,18 +87,6 @@ TEST(RichLabelRunsTest, RowReadsLikeTheChipTexts) {
         EXPECT_EQ(joined, expected) << rawValue(style);
     }
     EXPECT_TRUE(richLabelRuns({}, S::miniBar, MenuBarSeparator::dot).isEmpty());
-}
-
-TEST(RunColorTest, LevelsMapToPaletteAndFixedColours) {
-    QPalette palette;
-    palette.setColor(QPalette::Highlight, Qt::blue);
-    palette.setColor(QPalette::PlaceholderText, Qt::gray);
-    palette.setColor(QPalette::WindowText, Qt::black);
-    EXPECT_EQ(runColor(LevelColor::accent, palette), QColor(Qt::blue));
-    EXPECT_EQ(runColor(LevelColor::secondary, palette), QColor(Qt::gray));
-    EXPECT_EQ(runColor(std::nullopt, palette), QColor(Qt::black));
-    EXPECT_EQ(runColor(LevelColor::orange, palette), QColor("#FF9500"));
-    EXPECT_EQ(runColor(LevelColor::red, palette), QColor("#FF3B30"));
 }
 
 TEST(MenuBarLabelViewTest, SwitchesBetweenTextAndChipsWithTheStyle) {

@@ -1,15 +1,8 @@
 #include "menubar/MenuBarPopoverContent.h"
 
-#include "appearance/AppearanceManager.h"
-#include "core/AppState.h"
-#include "core/SystemMonitor.h"
 #include "dashboard/DashboardView.h"
 #include "dashboard/FooterButton.h"
-#include "desktop/LoginItemService.h"
-#include "settings/SettingsStore.h"
-#include "settings/SettingsTestSupport.h"
-#include "updates/UpdateAlertPresenting.h"
-#include "updates/UpdateChecking.h"
+#include "support/AppStateHarness.h"
 
 #include <QSignalSpy>
 
@@ -19,41 +12,25 @@ using namespace lumetra;
 
 namespace {
 
-struct NoLoginItem : LoginItemService {
-    bool isEnabled() const override { return false; }
-    std::optional<QString> registerItem() override { return std::nullopt; }
-    std::optional<QString> unregisterItem() override { return std::nullopt; }
-};
-
-struct NoUpdates : UpdateChecking, UpdateAlertPresenting {
-    void fetchLatestManifest(Completion) override {}
-    int present(const UpdateAlert&) override { return 0; }
-    void openURL(const QUrl&) override {}
-};
-
 struct Popover {
-    lumetra::testing::LoadedStore settings;
-    AppearanceManager appearance;
-    NoUpdates updates;
-    NoLoginItem loginItem;
-    AppState state{AppState::Services{settings.store, appearance, updates, updates, loginItem},
-                   std::make_unique<SystemMonitor>(SystemMonitor::Providers{}, 1, 1)};
-    MenuBarPopoverContent content{state};
+    lumetra::testing::AppStateHarness h;
+    SettingsStore& settings = *h.settings;
+    MenuBarPopoverContent content{h.state()};
 };
 
 TEST(MenuBarPopoverContentTest, HostsTheDashboardAndFollowsTheCardStyleAndTheme) {
     Popover popover;
     auto* dashboard = popover.content.findChild<DashboardView*>();
     ASSERT_NE(dashboard, nullptr);
-    popover.settings.store.setMetricCardStyle(MetricCardStyle::classic);
+    popover.settings.setMetricCardStyle(MetricCardStyle::classic);
     const int classic = popover.content.preferredHeight();
-    popover.settings.store.setMetricCardStyle(MetricCardStyle::compactRow);
+    popover.settings.setMetricCardStyle(MetricCardStyle::compactRow);
     EXPECT_LT(popover.content.preferredHeight(), classic);
     EXPECT_EQ(popover.content.preferredHeight(), dashboard->sizeHint().height());
 
-    popover.settings.store.setThemePreference(ThemePreference::dark);
+    popover.settings.setThemePreference(ThemePreference::dark);
     EXPECT_TRUE(dashboard->isDark());
-    popover.settings.store.setThemePreference(ThemePreference::light);
+    popover.settings.setThemePreference(ThemePreference::light);
     EXPECT_FALSE(dashboard->isDark());
 }
 

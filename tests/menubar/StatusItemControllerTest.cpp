@@ -42,13 +42,9 @@ TEST_P(IconShapeChoice, FollowsTheDesktopAndTheOverride) {
 using Shape = StatusItemController::IconShape;
 INSTANTIATE_TEST_SUITE_P(
     StatusItem, IconShapeChoice,
-    ::testing::Values(ShapeCase{"Gnome", "GNOME", "", Shape::square},
-                      ShapeCase{"Ubuntu", "ubuntu:GNOME", "", Shape::square},
-                      ShapeCase{"Kde", "KDE", "", Shape::square},
-                      ShapeCase{"Xfce", "XFCE", "", Shape::square},
+    ::testing::Values(ShapeCase{"Ubuntu", "ubuntu:GNOME", "", Shape::square},
                       ShapeCase{"Unset", "", "", Shape::square},
                       ShapeCase{"Sway", "sway", "", Shape::wide},
-                      ShapeCase{"Hyprland", "Hyprland", "", Shape::wide},
                       ShapeCase{"RiverInAList", "river:wlroots", "", Shape::wide},
                       ShapeCase{"OverrideWide", "KDE", "wide", Shape::wide},
                       ShapeCase{"OverrideSquare", "sway", "SQUARE", Shape::square},
@@ -174,7 +170,6 @@ INSTANTIATE_TEST_SUITE_P(
         PixelCase{
             "LowMemoryBottom", 16, {100.0, 10.0}, {11, 13}, LiveIcon::color(LevelColor::accent)},
         PixelCase{"LowMemoryNotAtTop", 16, {100.0, 10.0}, {11, 4}, QColor()},
-        PixelCase{"OrangeMiddle", 22, {80.0, 0.0}, {5, 12}, LiveIcon::color(LevelColor::orange)},
         PixelCase{"ZeroIsEmpty", 22, {80.0, 0.0}, {16, 19}, QColor()},
         PixelCase{
             "TinyLoadShowsAPixel", 24, {0.5, 0.0}, {5, 21}, LiveIcon::color(LevelColor::accent)},
@@ -230,29 +225,20 @@ protected:
         if (!bus.available())
             GTEST_SKIP() << "no dbus-daemon to run a private bus";
         store.store.setMenuBarDisplayStyle(MenuBarDisplayStyle::textOnly);
-        StatusItemController::Options options;
-        options.bus = bus.connect();
-        options.iconShape = Shape::square;
-        options.trayFallback = false;
-        controller = std::make_unique<StatusItemController>(monitor, store.store, options);
-        recorder = std::make_unique<testing::DBusSignalRecorder>(
-            bus.connect(), StatusNotifierItem::objectPathName(),
-            QStringLiteral("org.kde.StatusNotifierItem"),
-            QStringList{QStringLiteral("NewIcon"), QStringLiteral("NewToolTip"),
-                        QStringLiteral("NewTitle"), QStringLiteral("XAyatanaNewLabel")});
+        controller = make(Shape::square);
+        recorder = std::make_unique<testing::DBusSignalRecorder>(bus.connect());
     }
 
-    // What the item sent since the last call; a NewTitle sent last marks the end.
-    QStringList drained() {
-        static int marker = 0;
-        controller->item()->setTitle(QStringLiteral("marker %1").arg(++marker));
-        EXPECT_TRUE(
-            waitFor([&] { return recorder->members.contains(QStringLiteral("NewTitle")); }));
-        QStringList members = recorder->members;
-        members.removeAll(QStringLiteral("NewTitle"));
-        recorder->members.clear();
-        return members;
+    std::unique_ptr<StatusItemController> make(Shape shape, bool trayFallback = false) {
+        StatusItemController::Options options;
+        options.bus = bus.connect();
+        options.iconShape = shape;
+        options.trayFallback = trayFallback;
+        options.fallbackDelayMs = 20;
+        return std::make_unique<StatusItemController>(monitor, store.store, options);
     }
+
+    QStringList drained() { return recorder->drained(*controller->item()); }
 
     void sample(double cpu, std::uint64_t used) {
         monitor.applyFastSample(MemorySnapshot{used, 1000}, MemoryPressureLevel::normal,
@@ -341,47 +327,25 @@ TEST_F(StatusItemControllerBus, MenuEntriesBecomeRequests) {
     EXPECT_EQ(quit.count(), 1);
 }
 
-TEST(StatusItemShapes, WideIsTheLabelAtIconHeightSquareIsThreeSizes) {
-    PrivateSessionBus bus;
-    if (!bus.available())
-        GTEST_SKIP() << "no dbus-daemon to run a private bus";
-    testing::LoadedStore store;
-    SystemMonitor monitor{SystemMonitor::Providers{}, 60, 60};
-    monitor.applyFastSample(MemorySnapshot{470, 1000}, MemoryPressureLevel::normal,
-                            NetworkRates{0, 0}, 14);
-    StatusItemController::Options options;
-    options.trayFallback = false;
-    options.bus = bus.connect();
-    options.iconShape = Shape::wide;
-    StatusItemController wide(monitor, store.store, options);
-    options.bus = bus.connect();
-    options.iconShape = Shape::square;
-    StatusItemController square(monitor, store.store, options);
-
-    ASSERT_EQ(wide.item()->iconPixmaps().size(), 1);
-    const StatusNotifierIconPixmap& label = wide.item()->iconPixmaps().front();
+TEST_F(StatusItemControllerBus, WideIsTheLabelAtIconHeightSquareIsThreeSizes) {
+    sample(14, 470);
+    const auto wide = make(Shape::wide);
+    ASSERT_EQ(wide->item()->iconPixmaps().size(), 1);
+    const StatusNotifierIconPixmap& label = wide->item()->iconPixmaps().front();
     EXPECT_EQ(label.height, 24);
     EXPECT_GT(label.width, 24 * 4); // "CPU 14%  RAM 47%"
     QList<int> sizes;
-    for (const StatusNotifierIconPixmap& icon : square.item()->iconPixmaps()) {
+    for (const StatusNotifierIconPixmap& icon : controller->item()->iconPixmaps()) {
         EXPECT_EQ(icon.width, icon.height);
         sizes.append(icon.width);
     }
     EXPECT_EQ(sizes, (QList<int>{16, 22, 24}));
 }
 
-TEST(StatusItemFallback, TrayIconStandsInWhileNoWatcherRuns) {
-    PrivateSessionBus bus;
-    if (!bus.available())
-        GTEST_SKIP() << "no dbus-daemon to run a private bus";
-    testing::LoadedStore store;
-    SystemMonitor monitor{SystemMonitor::Providers{}, 60, 60};
-    StatusItemController::Options options;
-    options.bus = bus.connect();
-    options.iconShape = Shape::square;
-    options.fallbackDelayMs = 20;
-    StatusItemController controller(monitor, store.store, options);
-
+TEST_F(StatusItemControllerBus, TrayIconStandsInWhileNoWatcherRuns) {
+    this->controller.reset(); // the one without a fallback
+    const auto fallback = make(Shape::square, true);
+    StatusItemController& controller = *fallback;
     // No watcher at start: the tray icon at once, with the label as its tooltip.
     ASSERT_NE(controller.trayIcon(), nullptr);
     EXPECT_TRUE(controller.trayIcon()->isVisible());

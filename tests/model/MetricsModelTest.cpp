@@ -1,8 +1,6 @@
-#include "model/MemoryPressureLevel.h"
 #include "model/MetricHistory.h"
 #include "model/SystemMetrics.h"
 #include "model/TemperatureText.h"
-#include "model/ThermalState.h"
 
 #include <gtest/gtest.h>
 
@@ -55,17 +53,6 @@ TEST(CircularBufferTest, KeepsTheNewestCapacityValuesOldestFirst) {
                 << capacity << " after " << n;
         }
     }
-}
-
-// Raw values are matched exactly; the critical label falls back to its default text.
-TEST(EnumerationTest, RawValuesRoundTripCaseSensitively) {
-    for (MemoryPressureLevel level : allCases<MemoryPressureLevel>())
-        EXPECT_EQ(fromRaw<MemoryPressureLevel>(rawValue(level)), level);
-    for (ThermalState state : allCases<ThermalState>())
-        EXPECT_EQ(fromRaw<ThermalState>(rawValue(state)), state);
-    EXPECT_FALSE(fromRaw<ThermalState>("Critical") || fromRaw<MemoryPressureLevel>("Normal") ||
-                 fromRaw<MemoryPressureLevel>("") || fromRaw<ThermalState>("nominal "));
-    EXPECT_EQ(label(ThermalState::critical), "Critical");
 }
 
 TEST(TemperatureTextTest, RoundsHalvesAwayFromZero) {

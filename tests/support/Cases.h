@@ -1,5 +1,7 @@
 #pragma once
 
+#include "model/MetricHistory.h"
+
 #include <cctype>
 #include <functional>
 #include <optional>
@@ -25,6 +27,14 @@ std::optional<E> thrown(F&& action) {
         return error;
     }
     return std::nullopt;
+}
+
+// A history holding `values`, oldest first.
+inline MetricHistory history(std::initializer_list<double> values) {
+    MetricHistory result;
+    for (double value : values)
+        result.append(value);
+    return result;
 }
 
 } // namespace lumetra::testing

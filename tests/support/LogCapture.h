@@ -5,9 +5,6 @@
 #include <QMutex>
 #include <QStringList>
 
-#include <utility>
-#include <vector>
-
 namespace lumetra::testing {
 
 // Collects what one logging category prints while the object lives. Thread-safe: samplers
@@ -23,15 +20,9 @@ public:
         active() = nullptr;
     }
 
-    std::vector<std::pair<QtMsgType, QString>> entries() const {
-        QMutexLocker locker(&mutex_);
-        return entries_;
-    }
     QStringList lines() const {
-        QStringList lines;
-        for (const auto& entry : entries())
-            lines << entry.second;
-        return lines;
+        QMutexLocker locker(&mutex_);
+        return lines_;
     }
 
 private:
@@ -39,18 +30,18 @@ private:
         static LogCapture* capture = nullptr;
         return capture;
     }
-    static void handle(QtMsgType type, const QMessageLogContext& context, const QString& text) {
+    static void handle(QtMsgType, const QMessageLogContext& context, const QString& text) {
         LogCapture* self = active();
         if (self && context.category && self->category_ == context.category) {
             QMutexLocker locker(&self->mutex_);
-            self->entries_.emplace_back(type, text);
+            self->lines_ << text;
         }
     }
 
     QByteArray category_;
     QtMessageHandler previous_ = nullptr;
     mutable QMutex mutex_;
-    std::vector<std::pair<QtMsgType, QString>> entries_;
+    QStringList lines_;
 };
 
 } // namespace lumetra::testing

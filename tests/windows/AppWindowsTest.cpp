@@ -1,6 +1,6 @@
 #include "app/LumetraApp.h"
 #include "core/AppState.h"
-#include "settings/SettingsTestSupport.h"
+#include "support/PanelAppTest.h"
 #include "windows/SettingsView.h"
 #include "windows/SupportWindowController.h"
 #include "windows/WelcomeView.h"
@@ -12,51 +12,27 @@
 #include <gtest/gtest.h>
 
 using namespace lumetra;
-using lumetra::testing::SettingsFolder;
 
 namespace {
 
-// The panel app's window routing over a temporary configuration folder, with update checks
-// aimed at a closed local port.
-class AppWindowsTest : public ::testing::Test {
-protected:
-    void SetUp() override {
-        qputenv("XDG_CONFIG_HOME", folder.dir.path().toUtf8());
-        qputenv("LUMETRA_UPDATE_MANIFEST_URL", "http://127.0.0.1:9/appcast.json");
-        qunsetenv("LUMETRA_UITEST_OPEN_SETTINGS");
-    }
-    void TearDown() override { qunsetenv("LUMETRA_UITEST_OPEN_SETTINGS"); }
+using AppWindowsTest = lumetra::testing::PanelAppTest;
 
-    SettingsFolder folder{
-        QByteArray(R"({"hasCompletedOnboarding": true, "showWelcomeScreen": false})")};
-};
-
-TEST_F(AppWindowsTest, SettingsRequestsShowOneWindowFourHundredSixtyWide) {
+TEST_F(AppWindowsTest, SettingsRequestsShowOneWindow) {
     LumetraApp app({});
     EXPECT_EQ(app.settingsWindow(), nullptr);
     app.handleRequest("settings");
     SettingsView* window = app.settingsWindow();
     ASSERT_NE(window, nullptr);
     EXPECT_TRUE(window->isVisible());
-    EXPECT_EQ(window->width(), 460);
     window->close();
     app.showSettings();
     EXPECT_EQ(app.settingsWindow(), window);
     EXPECT_TRUE(window->isVisible());
 }
 
-TEST_F(AppWindowsTest, StartedWithSettingsOrTheUiTestHookOpensTheWindow) {
-    {
-        LumetraApp app({.openSettings = true});
-        QTest::qWait(50);
-        ASSERT_NE(app.settingsWindow(), nullptr);
-        EXPECT_TRUE(app.settingsWindow()->isVisible());
-    }
-    qputenv("LUMETRA_UITEST_OPEN_SETTINGS", "1");
-    LumetraApp app({});
-    QTest::qWait(100);
-    EXPECT_EQ(app.settingsWindow(), nullptr);
-    QTest::qWait(300);
+TEST_F(AppWindowsTest, StartedWithSettingsOpensTheWindow) {
+    LumetraApp app({.openSettings = true});
+    QTest::qWait(50);
     ASSERT_NE(app.settingsWindow(), nullptr);
     EXPECT_TRUE(app.settingsWindow()->isVisible());
 }

@@ -44,45 +44,27 @@ TEST_P(MachineInfoTest, ReadsTheModelAndTellsAppleSilicon) {
     EXPECT_EQ(info.appleSilicon, c.appleSilicon);
 }
 
+// Device-tree files hold NUL-terminated strings, given here with '|' for each NUL.
+QByteArray nuls(const char* text) {
+    return QByteArray(text).replace('|', '\0');
+}
+
 INSTANTIATE_TEST_SUITE_P(
     Machines, MachineInfoTest,
-    ::testing::Values(MachineCase{"pcWithDmi",
-                                  "ThinkPad X1 Carbon Gen 9\n",
-                                  {},
-                                  {},
-                                  "x86_64",
-                                  "ThinkPad X1 Carbon Gen 9",
-                                  false},
-                      MachineCase{"appleM1",
-                                  {},
-                                  QByteArray("Apple MacBook Air (M1, 2020)\0", 29),
-                                  QByteArray("apple,j313\0apple,t8103\0apple,arm-platform\0", 42),
-                                  "aarch64",
-                                  "Apple MacBook Air (M1, 2020)",
-                                  true},
-                      MachineCase{"raspberryPi",
-                                  {},
-                                  QByteArray("Raspberry Pi 4 Model B Rev 1.4\0", 31),
-                                  QByteArray("raspberrypi,4-model-b\0brcm,bcm2711\0", 35),
-                                  "aarch64",
-                                  "Raspberry Pi 4 Model B Rev 1.4",
-                                  false},
+    ::testing::Values(MachineCase{"pcWithDmi", "ThinkPad X1 Carbon Gen 9\n", "", "", "x86_64",
+                                  "ThinkPad X1 Carbon Gen 9", false},
+                      MachineCase{"appleM1", "", nuls("Apple MacBook Air (M1, 2020)|"),
+                                  nuls("apple,j313|apple,t8103|apple,arm-platform|"), "aarch64",
+                                  "Apple MacBook Air (M1, 2020)", true},
+                      MachineCase{"raspberryPi", "", nuls("Raspberry Pi 4 Model B Rev 1.4|"),
+                                  nuls("raspberrypi,4-model-b|brcm,bcm2711|"), "aarch64",
+                                  "Raspberry Pi 4 Model B Rev 1.4", false},
                       // An x86 machine never counts, whatever a stray device tree says.
-                      MachineCase{"x86WithAppleTree",
-                                  "Mac mini\n",
-                                  {},
-                                  QByteArray("apple,j274\0", 11),
-                                  "x86_64",
-                                  "Mac mini",
-                                  false},
-                      MachineCase{"oemPlaceholderFallsBack",
-                                  "To Be Filled By O.E.M.\n",
-                                  QByteArray("Board X\0", 8),
-                                  {},
-                                  "x86_64",
-                                  "Board X",
-                                  false},
-                      MachineCase{"nothing", {}, {}, {}, "x86_64", "", false}),
+                      MachineCase{"x86WithAppleTree", "Mac mini\n", "", nuls("apple,j274|"),
+                                  "x86_64", "Mac mini", false},
+                      MachineCase{"oemPlaceholderFallsBack", "To Be Filled By O.E.M.\n",
+                                  nuls("Board X|"), "", "x86_64", "Board X", false},
+                      MachineCase{"nothing", "", "", "", "x86_64", "", false}),
     lumetra::testing::byName);
 
 } // namespace

@@ -137,6 +137,29 @@ TEST(DashboardViewTest, FollowsTheMonitor) {
     EXPECT_EQ(heightChanged.count(), 1);
 }
 
+// A closed popover skips the layout work of each sample, but opens with what it missed.
+TEST(DashboardViewTest, AHiddenViewCatchesUpWhenShownAgain) {
+    lumetra::testing::LoadedStore settings;
+    SystemMonitor monitor({}, 1, 1);
+    DashboardView view(monitor, settings.store);
+    auto* strip = view.findChild<QWidget*>(QStringLiteral("DashboardGlanceStrip"));
+    ASSERT_NE(strip, nullptr);
+    view.show();
+    monitor.applyFastSample(MemorySnapshot{4, 16}, MemoryPressureLevel::normal, NetworkRates{}, 12);
+    view.hide();
+    const int before = view.sizeHint().height();
+
+    monitor.applyFastSample(MemorySnapshot{8, 16}, MemoryPressureLevel::normal, NetworkRates{}, 40);
+    DiskVolume disk;
+    disk.name = QStringLiteral("Data");
+    monitor.applyDiskVolumes({disk});
+    // The popover asks for the height before it opens: it must already be the new one.
+    EXPECT_GT(view.sizeHint().height(), before);
+
+    view.show();
+    EXPECT_EQ(strip->accessibleName(), QStringLiteral("CPU 40%, memory 50%"));
+}
+
 TEST(AreaSparklineTest, OutlineFollowsTheValuesAndClosesAlongTheBottom) {
     const QRectF canvas(0, 0, 100, 34);
     const std::vector<double> none;

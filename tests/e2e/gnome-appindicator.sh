@@ -73,7 +73,7 @@ keep_shot() {
 # bar_shows_label FILE: a screenshot taken while the label held still shows it in the top bar.
 bar_shows_label() {
     tries=0
-    while [ $tries -lt 8 ]; do
+    while [ $tries -lt 20 ]; do
         before=$(item_label)
         import -window root "$work/$1"
         after=$(item_label)

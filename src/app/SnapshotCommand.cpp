@@ -1,5 +1,7 @@
 #include "app/SnapshotCommand.h"
 
+#include "app/Translations.h"
+
 #include "core/LiveProviders.h"
 #include "core/SystemMonitor.h"
 #include "dashboard/DashboardPicture.h"
@@ -134,6 +136,7 @@ int SnapshotCommand::run(int argc, char* argv[], const SnapshotOptions& options)
     int qtArgc = argc > 0 ? 1 : 0;
     QApplication app(qtArgc, argv);
     QCoreApplication::setApplicationName(QStringLiteral("lumetra"));
+    installTranslations(app);
 
     // Only reads the settings: the panel app owns the file.
     UserDefaults defaults(UserDefaults::standardFilePath(), UserDefaults::Access::readOnly);

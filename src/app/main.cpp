@@ -1,5 +1,6 @@
 #include "app/LumetraApp.h"
 #include "app/SnapshotCommand.h"
+#include "app/Translations.h"
 #include "cli/TerminalMode.h"
 #include "cli/TerminalOptions.h"
 #include "core/LiveProviders.h"
@@ -71,24 +72,6 @@ int runTerminal(int argc, char* argv[], TerminalOptions options) {
     QObject::connect(&mode, &TerminalMode::finished, &app, &QCoreApplication::exit);
     QTimer::singleShot(0, &mode, [&mode] { mode.start(); });
     return app.exec();
-}
-
-// The user's language for the panel app's texts; the terminal mode keeps English, since
-// scripts read its lines. Installed catalogues first, then the build tree's.
-void installTranslations(QCoreApplication& app) {
-    const QString base = QCoreApplication::applicationDirPath();
-    static QTranslator qt;
-    if (qt.load(QLocale(), QStringLiteral("qtbase"), QStringLiteral("_"),
-                QLibraryInfo::path(QLibraryInfo::TranslationsPath)))
-        app.installTranslator(&qt);
-    static QTranslator own;
-    for (const QString& dir : {base + QStringLiteral("/" LUMETRA_TRANSLATIONS_RELATIVE_DIR),
-                               base + QStringLiteral("/translations")}) {
-        if (own.load(QLocale(), QStringLiteral("lumetra"), QStringLiteral("_"), dir)) {
-            app.installTranslator(&own);
-            return;
-        }
-    }
 }
 
 int runPanel(int argc, char* argv[], const TerminalOptions& options) {

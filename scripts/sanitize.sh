@@ -1,12 +1,12 @@
 #!/usr/bin/env bash
 # Builds the tests with AddressSanitizer and ThreadSanitizer (build-asan/, build-tsan/) and
-# runs the threaded parts of the suite under each: the scheduler, the system monitor and the
-# samplers with threads of their own.
+# runs the threaded parts of the suite under each: the scheduler, the system monitor, the
+# samplers with threads of their own, the panel item over D-Bus and the panel app.
 #   scripts/sanitize.sh [address|thread]   (both when no argument)
 set -euo pipefail
 cd "$(dirname "$0")/.."
 scripts/setup.sh
-filter=${LUMETRA_SANITIZE_FILTER:-'SystemMonitor|Scheduler|MemoryMonitor|ThermalMonitor|SerialExecutor'}
+filter=${LUMETRA_SANITIZE_FILTER:-'SystemMonitor|Scheduler|MemoryMonitor|ThermalMonitor|SerialExecutor|NetworkMonitor|CPUMonitor|TerminalMode|StatusItem|LumetraApp|SettingsView'}
 for sanitizer in ${1:-address thread}; do
     build="build-${sanitizer:0:1}san"
     [ "$sanitizer" = address ] && build=build-asan

@@ -117,48 +117,40 @@ TEST(DashboardViewTest, FooterButtonsRequestTheirWindows) {
 }
 
 // Without a fixed state the view follows the monitor: each new sample, each new volume list.
-TEST(DashboardViewTest, FollowsTheMonitor) {
+// A closed popover skips the layout work of each sample, but opens with what it missed: the
+// popover asks for the height before it opens, so that must already be the new one.
+class DashboardLiveTest : public ::testing::TestWithParam<bool> {};
+
+TEST_P(DashboardLiveTest, FollowsTheMonitorShownOrHidden) {
+    const bool hiddenMeanwhile = GetParam();
     lumetra::testing::LoadedStore settings;
     SystemMonitor monitor({}, 1, 1);
     DashboardView view(monitor, settings.store);
     auto* strip = view.findChild<QWidget*>(QStringLiteral("DashboardGlanceStrip"));
     ASSERT_NE(strip, nullptr);
-    QSignalSpy heightChanged(&view, &DashboardView::preferredHeightChanged);
-
     monitor.applyFastSample(MemorySnapshot{4, 16}, MemoryPressureLevel::normal, NetworkRates{}, 12);
     EXPECT_EQ(strip->accessibleName(), QStringLiteral("CPU 12%, memory 25%"));
-    EXPECT_EQ(heightChanged.count(), 0);
-
-    const int before = view.sizeHint().height();
-    DiskVolume disk;
-    disk.name = QStringLiteral("Data");
-    monitor.applyDiskVolumes({disk});
-    EXPECT_GT(view.sizeHint().height(), before);
-    EXPECT_EQ(heightChanged.count(), 1);
-}
-
-// A closed popover skips the layout work of each sample, but opens with what it missed.
-TEST(DashboardViewTest, AHiddenViewCatchesUpWhenShownAgain) {
-    lumetra::testing::LoadedStore settings;
-    SystemMonitor monitor({}, 1, 1);
-    DashboardView view(monitor, settings.store);
-    auto* strip = view.findChild<QWidget*>(QStringLiteral("DashboardGlanceStrip"));
-    ASSERT_NE(strip, nullptr);
-    view.show();
-    monitor.applyFastSample(MemorySnapshot{4, 16}, MemoryPressureLevel::normal, NetworkRates{}, 12);
-    view.hide();
+    if (hiddenMeanwhile) {
+        view.show();
+        view.hide();
+    }
+    QSignalSpy heightChanged(&view, &DashboardView::preferredHeightChanged);
     const int before = view.sizeHint().height();
 
     monitor.applyFastSample(MemorySnapshot{8, 16}, MemoryPressureLevel::normal, NetworkRates{}, 40);
     DiskVolume disk;
     disk.name = QStringLiteral("Data");
     monitor.applyDiskVolumes({disk});
-    // The popover asks for the height before it opens: it must already be the new one.
     EXPECT_GT(view.sizeHint().height(), before);
-
-    view.show();
+    if (hiddenMeanwhile)
+        view.show();
+    else
+        EXPECT_EQ(heightChanged.count(), 1);
     EXPECT_EQ(strip->accessibleName(), QStringLiteral("CPU 40%, memory 50%"));
 }
+
+INSTANTIATE_TEST_SUITE_P(Views, DashboardLiveTest, ::testing::Values(false, true),
+                         [](const auto& info) { return info.param ? "HiddenMeanwhile" : "Shown"; });
 
 TEST(AreaSparklineTest, OutlineFollowsTheValuesAndClosesAlongTheBottom) {
     const QRectF canvas(0, 0, 100, 34);

@@ -87,27 +87,42 @@ protected:
     QString nobodyHome_;
 };
 
-// A file nobody may not read stays where it is, byte for byte, with nothing moved aside and
-// nothing saved over it; the probe runs on the defaults and says why once. Given back its
-// permissions, it loads and saving resumes on top of what it held.
+// A file nobody may not read, from the start or since a moment ago, stays where it is, byte
+// for byte, with nothing moved aside and nothing saved over it; the probe runs on what it has
+// in memory and says why once. Given back its permissions, the file loads again and saving
+// resumes on top of what it held.
 TEST_F(UserDefaultsAsAnotherUserTest, AnUnreadableFileIsLeftAloneUntilItCanBeRead) {
     struct Case {
         const char* name;
-        bool nobodyOwnsIt; // else root owns it, mode 0600
+        mode_t mode; // nobody's file with this mode; 0600 and root's for "another user's"
+        bool nobodyOwnsIt;
         QStringList steps;
         QStringList separators;     // after each step
+        const char* logged;         // how the probe says why, after the file's name
         const char* savedSeparator; // none: the file must be untouched
     };
     const Case cases[] = {
         {"another user's file",
+         0600,
          false,
          {"separator=dot", "separator=bullet"},
          {"dot", "bullet"},
+         "cannot be read (Permission denied)",
          nullptr},
-        {"mode 000, given back",
+        {"mode 000 from the start, given back",
+         0000,
          true,
          {"separator=dot", "chmod=600", "await-reload", "separator=bullet"},
          {"dot", "dot", "verticalBar", "bullet"},
+         "cannot be read (Permission denied)",
+         "bullet"},
+        {"mode 000 while running, given back",
+         0600,
+         true,
+         {"chmod=000", "wait=300", "separator=dot", "chmod=600", "await-reload",
+          "separator=bullet"},
+         {"verticalBar", "verticalBar", "dot", "dot", "verticalBar", "bullet"},
+         "cannot be read any more (Permission denied)",
          "bullet"},
     };
     const QByteArray original = SettingsFileFormat::serialize(lumetra::testing::parsed(
@@ -125,9 +140,9 @@ TEST_F(UserDefaultsAsAnotherUserTest, AnUnreadableFileIsLeftAloneUntilItCanBeRea
             out.write(original);
         }
         if (c.nobodyOwnsIt)
-            giveToNobody(file, 0000);
+            giveToNobody(file, c.mode);
         else
-            ASSERT_EQ(::chmod(QFile::encodeName(file).constData(), 0600), 0);
+            ASSERT_EQ(::chmod(QFile::encodeName(file).constData(), c.mode), 0);
 
         const ProbeRun run = runAsNobody(c.steps, QString(), configHome);
         ASSERT_EQ(run.exitCode, 0)
@@ -136,7 +151,7 @@ TEST_F(UserDefaultsAsAnotherUserTest, AnUnreadableFileIsLeftAloneUntilItCanBeRea
         for (const QString& line : run.out.mid(1))
             separators << line.section('=', 1);
         EXPECT_EQ(separators, c.separators);
-        EXPECT_EQ(run.logged("Settings file " + file + " cannot be read (Permission denied)"), 1)
+        EXPECT_EQ(run.logged("Settings file " + file + " " + c.logged), 1)
             << run.log.join('\n').toStdString();
         EXPECT_EQ(run.logged("Could not save settings"), 0);
 

@@ -1,6 +1,6 @@
 // The settings as the panel app keeps them, driven from the command line, for the tests that
 // must run as another user: root reads any file, and a missing HOME is best tried apart.
-//   lumetra_settings_probe [separator=RAW | chmod=OCTAL | await-reload]...
+//   lumetra_settings_probe [separator=RAW | chmod=OCTAL | wait=MS | await-reload]...
 // Prints "path=<settings file>" first and "separator=<raw value>" after every step; the
 // settings' log lines go to stderr, one per line.
 #include "settings/SettingsStore.h"
@@ -31,6 +31,12 @@ bool step(const QString& argument, UserDefaults& defaults, SettingsStore& store)
         bool ok = false;
         const uint mode = argument.sliced(6).toUInt(&ok, 8);
         return ok && ::chmod(QFile::encodeName(defaults.filePath()).constData(), mode_t(mode)) == 0;
+    }
+    if (argument.startsWith(QLatin1StringView("wait="))) {
+        QEventLoop loop;
+        QTimer::singleShot(argument.sliced(5).toInt(), &loop, &QEventLoop::quit);
+        loop.exec();
+        return true;
     }
     if (argument == QLatin1StringView("await-reload")) {
         QEventLoop loop;

@@ -21,11 +21,12 @@ for sanitizer in ${1:-address thread}; do
     # Configured every time, so a build directory made before UBSan joined gains it.
     cmake -S . -B "$build" -G Ninja -DCMAKE_BUILD_TYPE=Debug -DLUMETRA_SANITIZE="$flags" \
         -DLUMETRA_BUILD_BENCH=OFF >/dev/null
+    # For the build too: it runs an instrumented tool (the icon renderer).
+    # Qt itself is not instrumented; its internal locking shows up as noise under TSan.
+    export TSAN_OPTIONS="suppressions=$PWD/scripts/tsan.supp second_deadlock_stack=1"
+    export ASAN_OPTIONS="detect_leaks=1"
+    export UBSAN_OPTIONS="print_stacktrace=1"
     # Everything, not only the tests: the install test installs the whole build.
     cmake --build "$build"
-    # Qt itself is not instrumented; its internal locking shows up as noise under TSan.
-    TSAN_OPTIONS="suppressions=$PWD/scripts/tsan.supp second_deadlock_stack=1" \
-    ASAN_OPTIONS="detect_leaks=1" \
-    UBSAN_OPTIONS="print_stacktrace=1" \
-        ctest --test-dir "$build" ${filter:+-R "$filter"} --output-on-failure -j2
+    ctest --test-dir "$build" ${filter:+-R "$filter"} --output-on-failure -j2
 done

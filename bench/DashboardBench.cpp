@@ -25,8 +25,8 @@ DashboardState busyMachine() {
     state.metrics.downloadBytesPerSecond = 1'234'567;
     state.metrics.uploadBytesPerSecond = 98'765;
     for (int i = 0; i < 60; ++i) {
-        state.cpuHistory.append((i * 37) % 100);
-        state.memoryHistory.append(30 + i % 7);
+        state.histories.cpu.append((i * 37) % 100);
+        state.histories.memory.append(30 + i % 7);
     }
     for (const char* name : {"System", "Home", "USB Stick"}) {
         DiskVolume volume;

@@ -1,11 +1,11 @@
 #include "BenchMain.h"
 
 #include "core/SystemMonitor.h"
-#include "samplers/temperature/TemperatureProvider.h"
 #include "samplers/cpu/CPUMonitor.h"
 #include "samplers/disk/DiskMonitor.h"
 #include "samplers/memory/MemoryMonitor.h"
 #include "samplers/network/NetworkMonitor.h"
+#include "samplers/temperature/TemperatureProvider.h"
 
 #include <QCoreApplication>
 
@@ -18,8 +18,7 @@ struct LiveMachine {
     std::shared_ptr<CPUMonitor> cpu = std::make_shared<CPUMonitor>();
     std::shared_ptr<MemoryMonitor> memory = std::make_shared<MemoryMonitor>();
     std::shared_ptr<NetworkMonitor> network = std::make_shared<NetworkMonitor>();
-    std::shared_ptr<TemperatureProvider> temperature =
-        std::make_shared<TemperatureProvider>();
+    std::shared_ptr<TemperatureProvider> temperature = std::make_shared<TemperatureProvider>();
     std::shared_ptr<DiskMonitor> disk = std::make_shared<DiskMonitor>();
     SystemMonitor monitor{{cpu, memory, network, temperature, disk}, 1, 2};
 };
@@ -42,7 +41,7 @@ void BM_FastTick(benchmark::State& state) {
         QMetaObject::invokeMethod(
             &machine.monitor,
             [&machine, memory, pressure, rates, usage] {
-                machine.monitor.applyFastSample(memory, pressure, rates, usage);
+                machine.monitor.applyFastSample({usage, memory, pressure, rates});
             },
             Qt::QueuedConnection);
         QCoreApplication::sendPostedEvents(&machine.monitor);

@@ -50,8 +50,8 @@ void TerminalMode::onMetricsChanged() {
 }
 
 void TerminalMode::writeLine() {
-    const StatusSnapshot snapshot{monitor_.metrics(), monitor_.cpuHistory(),
-                                  monitor_.memoryHistory(), monitor_.diskVolumes(), labelSettings_};
+    const StatusSnapshot snapshot{monitor_.metrics(), monitor_.histories(), monitor_.diskVolumes(),
+                                  labelSettings_};
     write(writer_.line(snapshot));
     ++linesWritten_;
 }

@@ -83,11 +83,12 @@ private:
     void fastTick() {
         if (!running_)
             return;
-        const std::optional<double> usage = providers_.cpu->currentUsage();
-        const std::optional<MemorySnapshot> memory = providers_.memory->currentSnapshot();
-        const MemoryPressureLevel pressure = providers_.memory->pressure();
-        const std::optional<NetworkRates> rates = networkRates();
-        deliver([=](MetricsSink& sink) { sink.applyFastSample(memory, pressure, rates, usage); });
+        FastSample sample;
+        sample.cpuUsage = providers_.cpu->currentUsage();
+        sample.memory = providers_.memory->currentSnapshot();
+        sample.pressure = providers_.memory->pressure();
+        sample.network = networkRates();
+        deliver([sample = std::move(sample)](MetricsSink& sink) { sink.applyFastSample(sample); });
         fastTimer_.start(sleepFor(updateInterval_));
     }
 
@@ -113,14 +114,13 @@ private:
     }
 
     void startThermalChild(std::uint64_t generation) {
-        providers_.thermal->requestReading(
-            [channel = channel_, generation](const TemperatureReading& reading) {
-                channel->post([reading, generation](SchedulerWorker& worker) {
-                    worker.deliver(
-                        [reading](MetricsSink& sink) { sink.applyThermalReading(reading); });
-                    worker.slowChildDone(generation);
-                });
+        providers_.thermal->requestReading([channel = channel_,
+                                            generation](const TemperatureReading& reading) {
+            channel->post([reading, generation](SchedulerWorker& worker) {
+                worker.deliver([reading](MetricsSink& sink) { sink.applyThermalReading(reading); });
+                worker.slowChildDone(generation);
             });
+        });
     }
 
     // `generation` is absent for a refresh outside the loop.

@@ -1,10 +1,12 @@
 #include "core/SystemMonitor.h"
 
+#include "format/MetricCatalogue.h"
+
 namespace lumetra {
 
 namespace {
 
-double memoryPercentage(std::uint64_t used, std::uint64_t total) {
+double percentage(std::uint64_t used, std::uint64_t total) {
     if (total == 0)
         return 0;
     const double percentage = static_cast<double>(used) / static_cast<double>(total) * 100;
@@ -51,32 +53,35 @@ void SystemMonitor::refreshDiskVolumes() {
     scheduler_->refreshDiskVolumes();
 }
 
-void SystemMonitor::applyFastSample(const std::optional<MemorySnapshot>& memory,
-                                    MemoryPressureLevel pressure,
-                                    const std::optional<NetworkRates>& rates,
-                                    std::optional<double> cpuUsage) {
-    cpuHistory_.append(cpuUsage.value_or(0));
-    emit cpuHistoryChanged();
-
+void SystemMonitor::applyFastSample(const FastSample& sample) {
     SystemMetrics record = metrics_;
-    if (memory) {
-        const double percentage = memoryPercentage(memory->used, memory->total);
-        memoryHistory_.append(percentage);
-        emit memoryHistoryChanged();
-        record.memoryUsed = memory->used;
-        record.memoryTotal = memory->total;
-        record.memoryPercentage = percentage;
+    if (sample.memory) {
+        record.memoryUsed = sample.memory->used;
+        record.memoryTotal = sample.memory->total;
+        record.memoryPercentage = percentage(sample.memory->used, sample.memory->total);
     }
-    record.memoryValid = memory.has_value();
+    record.memoryValid = sample.memory.has_value();
     record.timestamp = clock_();
-    if (rates) {
-        record.downloadBytesPerSecond = rates->download;
-        record.uploadBytesPerSecond = rates->upload;
-        record.networkInterfaces = rates->interfaces;
+    if (sample.network) {
+        record.downloadBytesPerSecond = sample.network->download;
+        record.uploadBytesPerSecond = sample.network->upload;
+        record.networkInterfaces = sample.network->interfaces;
     }
-    record.cpuUsage = cpuUsage.value_or(0);
-    record.cpuUsageValid = cpuUsage.has_value();
-    record.memoryPressure = pressure;
+    record.cpuUsage = sample.cpuUsage.value_or(0);
+    record.cpuUsageValid = sample.cpuUsage.has_value();
+    record.memoryPressure = sample.pressure;
+
+    bool graphed = false;
+    for (const MetricDescription& row : metricCatalogue()) {
+        if (!row.history)
+            continue;
+        if (const std::optional<double> level = row.sampled(record)) {
+            (histories_.*row.history).append(*level);
+            graphed = true;
+        }
+    }
+    if (graphed)
+        emit historiesChanged();
     publish(record);
 }
 

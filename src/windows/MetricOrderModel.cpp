@@ -1,5 +1,6 @@
 #include "windows/MetricOrderModel.h"
 
+#include "format/MetricCatalogue.h"
 #include "settings/SettingsStore.h"
 #include "windows/SymbolIcon.h"
 
@@ -15,7 +16,8 @@ const QString kRowMimeType = QStringLiteral("application/x-lumetra-metric-row");
 } // namespace
 
 MetricOrderModel::MetricOrderModel(SettingsStore& settings, QObject* parent)
-    : QAbstractListModel(parent), settings_(settings), order_(settings.metricOrder()) {
+    : QAbstractListModel(parent), settings_(settings) {
+    reload();
     connect(&settings_, &SettingsStore::metricOrderChanged, this, &MetricOrderModel::reload);
     connect(&settings_, &SettingsStore::enabledMetricsChanged, this, [this] {
         if (!order_.isEmpty())
@@ -24,23 +26,17 @@ MetricOrderModel::MetricOrderModel(SettingsStore& settings, QObject* parent)
 }
 
 QString MetricOrderModel::symbolName(MenuBarMetric metric) {
-    switch (metric) {
-    case MenuBarMetric::cpu:
-        return QStringLiteral("cpu");
-    case MenuBarMetric::memory:
-        return QStringLiteral("memorychip");
-    case MenuBarMetric::temperature:
-        return QStringLiteral("thermometer.medium");
-    case MenuBarMetric::download:
-        return QStringLiteral("arrow.down");
-    case MenuBarMetric::upload:
-        return QStringLiteral("arrow.up");
-    }
-    return {};
+    return QString::fromLatin1(describe(metric).icon);
 }
 
 void MetricOrderModel::reload() {
-    const QList<MenuBarMetric> order = settings_.metricOrder();
+    QList<MenuBarMetric> order = settings_.metricOrder();
+    // Metrics newer than the stored order are listed after it, so they can be switched on
+    // and placed.
+    for (MenuBarMetric metric : allCases<MenuBarMetric>()) {
+        if (!order.contains(metric))
+            order.append(metric);
+    }
     if (order == order_)
         return;
     beginResetModel();
@@ -60,7 +56,7 @@ QVariant MetricOrderModel::data(const QModelIndex& index, int role) const {
     switch (role) {
     case Qt::DisplayRole:
     case Qt::AccessibleTextRole:
-        return displayName(metric);
+        return metricName(metric);
     case Qt::DecorationRole: {
         QIcon icon =
             SymbolIcon::icon(symbolName(metric), enabled ? enabledColor_ : dimmedColor_, 16);

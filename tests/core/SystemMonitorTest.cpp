@@ -66,7 +66,7 @@ protected:
             temperatureInterval);
     }
     std::size_t ticks(const SystemMonitor& monitor) const {
-        return monitor.cpuHistory().elements().size();
+        return monitor.histories().cpu.elements().size();
     }
 
     std::shared_ptr<FakeMachine> machine = std::make_shared<FakeMachine>();
@@ -144,19 +144,19 @@ TEST_F(SystemMonitorTest, SchedulerTurnsCountersIntoRates) {
 TEST_F(SystemMonitorTest, MemoryPercentageAndHistory) {
     auto monitor = makeMonitor();
     const auto normal = MemoryPressureLevel::normal;
-    monitor->applyFastSample(MemorySnapshot{300, 400}, normal, NetworkRates{5, 6}, 10);
+    monitor->applyFastSample({10, MemorySnapshot{300, 400}, normal, NetworkRates{5, 6}});
     EXPECT_TRUE(monitor->metrics().memoryValid && monitor->metrics().cpuUsageValid);
-    monitor->applyFastSample(std::nullopt, MemoryPressureLevel::critical, std::nullopt,
-                             std::nullopt);
+    monitor->applyFastSample(
+        {std::nullopt, std::nullopt, MemoryPressureLevel::critical, std::nullopt});
     EXPECT_FALSE(monitor->metrics().memoryValid) << "kept, but marked as not read";
     EXPECT_FALSE(monitor->metrics().cpuUsageValid);
     EXPECT_EQ(monitor->metrics().memoryUsed, 300u);
     EXPECT_EQ(monitor->metrics().memoryPressure, MemoryPressureLevel::critical);
     EXPECT_EQ(monitor->metrics().downloadBytesPerSecond, 5) << "the last known rate stays";
-    monitor->applyFastSample(MemorySnapshot{100, 0}, normal, std::nullopt, 0);
+    monitor->applyFastSample({0, MemorySnapshot{100, 0}, normal, std::nullopt});
     EXPECT_EQ(monitor->metrics().memoryPercentage, 0);
-    monitor->applyFastSample(MemorySnapshot{900, 400}, normal, std::nullopt, 0);
-    const auto history = monitor->memoryHistory().elements();
+    monitor->applyFastSample({0, MemorySnapshot{900, 400}, normal, std::nullopt});
+    const auto history = monitor->histories().memory.elements();
     EXPECT_EQ(std::vector<double>(history.begin(), history.end()),
               (std::vector<double>{75, 0, 100}));
     EXPECT_EQ(ticks(*monitor), 4u);
@@ -233,7 +233,7 @@ TEST(MonitoringSchedulerTest, WithoutSinkTicksAreDroppedButBaselinesAdvance) {
     SystemMonitor monitor({machine, machine, machine, machine, machine}, 10, 10);
     scheduler->setSink(&monitor);
     scheduler->start();
-    ASSERT_TRUE(waitFor([&] { return !monitor.cpuHistory().elements().empty(); }));
+    ASSERT_TRUE(waitFor([&] { return !monitor.histories().cpu.elements().empty(); }));
     EXPECT_DOUBLE_EQ(monitor.metrics().downloadBytesPerSecond, 500);
     scheduler.reset();
 }

@@ -49,8 +49,8 @@ DashboardState busyMachine() {
     state.metrics.temperatureSources = {QStringLiteral("k10temp/Tccd1"),
                                         QStringLiteral("k10temp/Tccd2")};
     state.metrics.networkInterfaces = {QStringLiteral("enp5s0"), QStringLiteral("wlp3s0")};
-    state.cpuHistory = history({12, 30, 22, 48, 95, 60, 40, 70, 75});
-    state.memoryHistory = history({80, 82, 85, 86, 88, 89, 90, 90, 90});
+    state.histories.cpu = history({12, 30, 22, 48, 95, 60, 40, 70, 75});
+    state.histories.memory = history({80, 82, 85, 86, 88, 89, 90, 90, 90});
     state.diskVolumes = {volume("System", 500'000'000'000, 250'000'000'000, true),
                          volume("Backup", 1'000'000'000, 4'000'000'000, false),
                          volume("USB Stick", 64'000'000'000, 1'000'000'000, false)};
@@ -67,8 +67,8 @@ DashboardState idleMachine() {
     state.metrics.memoryPercentage = 100;
     state.metrics.thermalState = ThermalState::serious;
     state.metrics.temperatureAvailability = TemperatureAvailability::unavailable;
-    state.cpuHistory = history({0});
-    state.memoryHistory = history({100});
+    state.histories.cpu = history({0});
+    state.histories.memory = history({100});
     return state;
 }
 

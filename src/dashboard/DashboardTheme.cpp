@@ -1,5 +1,7 @@
 #include "dashboard/DashboardTheme.h"
 
+#include "appearance/Palette.h"
+
 #include <QGuiApplication>
 
 namespace lumetra {
@@ -27,7 +29,7 @@ DashboardTheme DashboardTheme::fromPalette(bool dark, const QPalette& palette, c
 }
 
 DashboardTheme DashboardTheme::fixed(bool dark, const QString& fontFamily) {
-    return {dark, dark ? QColor(0x0A, 0x84, 0xFF) : QColor(0x00, 0x7A, 0xFF), fontFamily};
+    return {dark, palette::accent(dark).as<QColor>(), fontFamily};
 }
 
 bool DashboardTheme::prefersDark(ThemePreference preference) {
@@ -43,15 +45,15 @@ bool DashboardTheme::prefersDark(ThemePreference preference) {
 }
 
 QColor DashboardTheme::primary() const {
-    return dark_ ? QColor(0xF2, 0xF2, 0xF7) : QColor(0x1C, 0x1C, 0x1E);
+    return palette::text(dark_).as<QColor>();
 }
 
 QColor DashboardTheme::secondary() const {
-    return dark_ ? QColor(235, 235, 245, 153) : QColor(60, 60, 67, 153);
+    return palette::secondaryText(dark_).as<QColor>();
 }
 
 QColor DashboardTheme::quaternary() const {
-    return dark_ ? QColor(235, 235, 245, 46) : QColor(60, 60, 67, 46);
+    return palette::secondaryText(dark_).withAlpha(palette::kTrackAlpha).as<QColor>();
 }
 
 QColor DashboardTheme::cardFill() const {
@@ -61,15 +63,15 @@ QColor DashboardTheme::cardFill() const {
 }
 
 QColor DashboardTheme::divider() const {
-    return dark_ ? QColor(235, 235, 245, 56) : QColor(60, 60, 67, 56);
+    return palette::secondaryText(dark_).withAlpha(palette::kDividerAlpha).as<QColor>();
 }
 
 QColor DashboardTheme::orange() const {
-    return dark_ ? QColor(0xFF, 0x9F, 0x0A) : QColor(0xFF, 0x95, 0x00);
+    return palette::orange(dark_).as<QColor>();
 }
 
 QColor DashboardTheme::red() const {
-    return dark_ ? QColor(0xFF, 0x45, 0x3A) : QColor(0xFF, 0x3B, 0x30);
+    return palette::red(dark_).as<QColor>();
 }
 
 QColor DashboardTheme::level(LevelColor color) const {

@@ -84,7 +84,8 @@ private:
         if (!running_)
             return;
         FastSample sample;
-        sample.cpuUsage = providers_.cpu->currentUsage();
+        const std::optional<CPUUsage> cpu = providers_.cpu->currentUsage();
+        sample.cpuUsage = cpu ? std::optional(cpu->total) : std::nullopt;
         sample.memory = providers_.memory->currentSnapshot();
         sample.pressure = providers_.memory->pressure();
         sample.network = networkRates();

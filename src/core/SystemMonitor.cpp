@@ -59,6 +59,8 @@ void SystemMonitor::applyFastSample(const FastSample& sample) {
         record.memoryUsed = sample.memory->used;
         record.memoryTotal = sample.memory->total;
         record.memoryPercentage = percentage(sample.memory->used, sample.memory->total);
+        record.swapUsed = sample.memory->swapUsed;
+        record.swapTotal = sample.memory->swapTotal;
     }
     record.memoryValid = sample.memory.has_value();
     record.timestamp = clock_();

@@ -162,6 +162,53 @@ QString uploadTooltip(const SystemMetrics& m) {
     return tooltipText("Upload") + u' ' + formatRate(m.uploadBytesPerSecond);
 }
 
+// --- Swap -------------------------------------------------------------------------------
+
+std::optional<double> swapPercentage(const SystemMetrics& m) {
+    if (!m.swapTotal || *m.swapTotal == 0 || !m.swapUsed)
+        return std::nullopt;
+    const double used = static_cast<double>(std::min(*m.swapUsed, *m.swapTotal));
+    return used / static_cast<double>(*m.swapTotal) * 100;
+}
+QString noSwap() {
+    return QCoreApplication::translate("MenuBarLabel", "No swap");
+}
+// Formatted like memory; "No swap" stands alone where the machine has none.
+Shape swapValue(QString& out, const SystemMetrics& m, const LabelSettings& settings) {
+    if (!m.swapTotal || !m.swapUsed)
+        return Shape::missing;
+    if (*m.swapTotal == 0) {
+        out.append(noSwap());
+        return Shape::alone;
+    }
+    return appendUsage(out, *m.swapUsed, *m.swapTotal, swapPercentage(m).value_or(0),
+                       settings.memoryFormat);
+}
+std::optional<double> swapSampled(const SystemMetrics& m) {
+    return m.memoryValid ? swapPercentage(m) : std::nullopt;
+}
+void swapWiden(SystemMetrics& m) {
+    if (m.swapTotal)
+        m.swapUsed = m.swapTotal;
+}
+void swapWrite(FigureWriter& out, const SystemMetrics& m) {
+    out.count("swapUsed", m.memoryValid ? m.swapUsed : std::nullopt);
+    out.count("swapTotal", m.memoryValid ? m.swapTotal : std::nullopt);
+}
+QString swapCard(const SystemMetrics& m) {
+    if (!m.swapTotal || !m.swapUsed)
+        return QCoreApplication::translate("MetricPresentation", "Unavailable");
+    if (*m.swapTotal == 0)
+        return noSwap();
+    return formatUsedOverTotal(*m.swapUsed, *m.swapTotal);
+}
+QString swapTooltip(const SystemMetrics& m) {
+    QString line = tooltipText("Swap") + u' ' + swapCard(m);
+    if (const std::optional<double> level = swapPercentage(m))
+        line += QStringLiteral(" (") + wholePercentText(*level) + u')';
+    return line;
+}
+
 // --- The dashboard's texts --------------------------------------------------------------
 
 QString cardText(const char* text) {
@@ -323,6 +370,30 @@ constexpr std::array kCatalogue{
         .write = uploadWrite,
         .tooltip = uploadTooltip,
         .cardValue = uploadCard,
+        .cardDetail = noDetail,
+        .parts = noParts,
+    },
+    MetricDescription{
+        .metric = M::swap,
+        .name = QT_TRANSLATE_NOOP("MenuBarMetric", "Swap"),
+        .mark = u"S",
+        .prefix = u"SWP ",
+        .icon = "swap",
+        .choice = QT_TRANSLATE_NOOP("WelcomeView", "Swap"),
+        .choiceName = "showSwap",
+        .place = D::lineInCard,
+        .host = M::memory,
+        .cardTitle = QT_TRANSLATE_NOOP("MetricPresentation", "Swap"),
+        .cardIcon = "swap",
+        .scaled = true,
+        .history = &MetricHistories::swap,
+        .appendValue = swapValue,
+        .level = swapPercentage,
+        .sampled = swapSampled,
+        .widen = swapWiden,
+        .write = swapWrite,
+        .tooltip = swapTooltip,
+        .cardValue = swapCard,
         .cardDetail = noDetail,
         .parts = noParts,
     },

@@ -29,6 +29,10 @@ struct SystemMetrics {
     std::optional<double> temperature;
     ThermalState thermalState = ThermalState::nominal;
     TemperatureAvailability temperatureAvailability = TemperatureAvailability::unavailable;
+    // Swap in bytes, as the kernel counts it (zswap and zram included): empty before the first
+    // reading and where /proc/meminfo has no swap lines; a total of 0 means no swap.
+    std::optional<std::uint64_t> swapUsed;
+    std::optional<std::uint64_t> swapTotal;
     double downloadBytesPerSecond = 0;
     double uploadBytesPerSecond = 0;
     // Where the figures came from: the sensors averaged into `temperature`, in order, each

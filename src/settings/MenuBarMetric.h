@@ -5,7 +5,7 @@
 namespace lumetra {
 
 // A metric that can appear in the menu bar label.
-enum class MenuBarMetric { cpu, memory, temperature, download, upload };
+enum class MenuBarMetric { cpu, memory, temperature, download, upload, swap };
 
 template <>
 struct EnumTraits<MenuBarMetric> {
@@ -22,6 +22,8 @@ struct EnumTraits<MenuBarMetric> {
                                                   QT_TRANSLATE_NOOP("MenuBarMetric", "Download")},
         EnumCase<MenuBarMetric, std::string_view>{MenuBarMetric::upload, "upload",
                                                   QT_TRANSLATE_NOOP("MenuBarMetric", "Upload")},
+        EnumCase<MenuBarMetric, std::string_view>{MenuBarMetric::swap, "swap",
+                                                  QT_TRANSLATE_NOOP("MenuBarMetric", "Swap")},
     };
 };
 

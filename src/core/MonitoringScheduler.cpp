@@ -38,6 +38,7 @@ public:
                     double temperatureInterval)
         : providers_(std::move(providers)), updateInterval_(updateInterval),
           temperatureInterval_(temperatureInterval),
+          fastSampler_({providers_.cpu, providers_.memory, providers_.network, providers_.diskIO}),
           diskExecutor_(QString::fromLatin1(kAppId) + ".disks"),
           channel_(std::make_shared<WorkerChannel>()) {
         channel_->worker = this;
@@ -83,25 +84,9 @@ private:
     void fastTick() {
         if (!running_)
             return;
-        FastSample sample;
-        const std::optional<CPUUsage> cpu = providers_.cpu->currentUsage();
-        sample.cpuUsage = cpu ? std::optional(cpu->total) : std::nullopt;
-        sample.memory = providers_.memory->currentSnapshot();
-        sample.pressure = providers_.memory->pressure();
-        sample.network = networkRates();
+        FastSample sample = fastSampler_.sample();
         deliver([sample = std::move(sample)](MetricsSink& sink) { sink.applyFastSample(sample); });
         fastTimer_.start(sleepFor(updateInterval_));
-    }
-
-    std::optional<NetworkRates> networkRates() {
-        const std::optional<NetworkCounterSample> current = providers_.network->currentCounters();
-        if (!current)
-            return std::nullopt; // the previous reading stays the baseline
-        std::optional<NetworkRates> rates;
-        if (previousNetworkSample_)
-            rates = NetworkProviding::rates(*previousNetworkSample_, *current);
-        previousNetworkSample_ = current;
-        return rates;
     }
 
     void slowTick() {
@@ -156,7 +141,7 @@ private:
     double updateInterval_;
     double temperatureInterval_;
     QPointer<MetricsSink> sink_;
-    std::optional<NetworkCounterSample> previousNetworkSample_;
+    FastSampler fastSampler_; // keeps the counters' baselines across a stop
     bool running_ = false;
     std::uint64_t generation_ = 0;
     int pendingSlowChildren_ = 0;

@@ -1,11 +1,12 @@
 #pragma once
 
+#include "core/FastSampler.h"
 #include "core/MetricsSink.h"
+#include "model/SerialExecutor.h"
 #include "samplers/cpu/CPUProviding.h"
 #include "samplers/disk/DiskProviding.h"
 #include "samplers/memory/MemoryProviding.h"
 #include "samplers/network/NetworkProviding.h"
-#include "model/SerialExecutor.h"
 #include "samplers/temperature/ThermalMonitor.h"
 
 #include <QPointer>
@@ -24,10 +25,12 @@ struct MonitoringProviders {
     std::shared_ptr<NetworkProviding> network;
     std::shared_ptr<ThermalMonitor> thermal;
     std::shared_ptr<DiskProviding> disk; // null: no disks are listed (a line that shows none)
+    std::shared_ptr<DiskIOProviding> diskIO = nullptr; // null: no disk throughput
 };
 
 // Runs the two sampling loops on a thread of its own:
-//  - the fast loop reads CPU, memory with pressure and network every update interval;
+//  - the fast loop reads CPU, memory with pressure, network and disk throughput every update
+//    interval;
 //  - the slow loop reads temperature and disks every temperature interval, the two
 //    concurrently (temperature on the thermal monitor's thread, disks on a disk thread).
 // Each loop samples first, then sleeps the interval read at that moment, so the first values

@@ -20,9 +20,10 @@ double percentage(std::uint64_t used, std::uint64_t total) {
 SystemMonitor::SystemMonitor(Providers providers, double updateInterval, double temperatureInterval,
                              QObject* parent)
     : MetricsSink(parent) {
-    MonitoringProviders scheduled{providers.cpu, providers.memory, providers.network,
-                                  std::make_shared<ThermalMonitor>(providers.temperature),
-                                  providers.disk};
+    MonitoringProviders scheduled{
+        providers.cpu,     providers.memory,
+        providers.network, std::make_shared<ThermalMonitor>(providers.temperature),
+        providers.disk,    providers.diskIO};
     scheduler_ = std::make_unique<MonitoringScheduler>(std::move(scheduled), updateInterval,
                                                        temperatureInterval);
     // Posted to the loop thread now, so it is in place before any start() reaches it.
@@ -69,8 +70,14 @@ void SystemMonitor::applyFastSample(const FastSample& sample) {
         record.uploadBytesPerSecond = sample.network->upload;
         record.networkInterfaces = sample.network->interfaces;
     }
-    record.cpuUsage = sample.cpuUsage.value_or(0);
-    record.cpuUsageValid = sample.cpuUsage.has_value();
+    record.cpuUsage = sample.cpu ? sample.cpu->total : 0;
+    record.cpuCores = sample.cpu ? sample.cpu->cores : std::vector<double>();
+    record.cpuUsageValid = sample.cpu.has_value();
+    if (sample.diskIO) {
+        record.diskReadBytesPerSecond = sample.diskIO->read;
+        record.diskWriteBytesPerSecond = sample.diskIO->write;
+        record.diskDevices = sample.diskIO->devices;
+    }
     record.memoryPressure = sample.pressure;
 
     bool graphed = false;

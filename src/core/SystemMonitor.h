@@ -26,7 +26,8 @@ public:
         std::shared_ptr<MemoryProviding> memory;
         std::shared_ptr<NetworkProviding> network;
         std::shared_ptr<TemperatureProviding> temperature;
-        std::shared_ptr<DiskProviding> disk; // may be null: no disk list
+        std::shared_ptr<DiskProviding> disk;               // may be null: no disk list
+        std::shared_ptr<DiskIOProviding> diskIO = nullptr; // may be null: no disk throughput
     };
 
     // Does not start sampling. The sink is attached before any later start() takes effect.

@@ -240,6 +240,8 @@ QString sourcesOf(const QString& id, const SystemMetrics& metrics) {
         return temperatureSourcesText(metrics.temperatureSources);
     if (id == QLatin1StringView(rawValue(MenuBarMetric::download)))
         return networkInterfacesText(metrics.networkInterfaces);
+    if (id == QLatin1StringView(rawValue(MenuBarMetric::diskRead)))
+        return networkInterfacesText(metrics.diskDevices);
     return {};
 }
 

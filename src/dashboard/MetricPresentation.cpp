@@ -31,7 +31,7 @@ MetricPresentation presentation(MenuBarMetric metric, const SystemMetrics& metri
                             QCoreApplication::translate("MetricPresentation", row.cardTitle),
                             QString::fromLatin1(row.cardIcon),
                             row.cardValue(metrics),
-                            row.place == DashboardPlace::levelCard ? row.level(metrics)
+                            row.place == DashboardPlace::levelCard ? row.cardLevel(metrics)
                                                                    : std::nullopt,
                             row.cardDetail(metrics),
                             {},

@@ -60,9 +60,14 @@ void cpuWiden(SystemMetrics& m) {
 void cpuWrite(FigureWriter& out, const SystemMetrics& m) {
     // A figure that could not be read is null, never a made-up 0.
     out.number("cpuUsage", m.cpuUsageValid ? std::optional(m.cpuUsage) : std::nullopt);
+    out.numbers("cpuCores", m.cpuCores);
+}
+std::span<const double> cpuParts(const SystemMetrics& m) {
+    return m.cpuCores;
 }
 QString cpuTooltip(const SystemMetrics& m) {
-    return tooltipText("CPU") + u' ' + wholePercentText(m.cpuUsage);
+    return tooltipText(QT_TRANSLATE_NOOP("MetricsTooltip", "CPU")) + u' ' +
+           wholePercentText(m.cpuUsage);
 }
 
 // --- Memory -----------------------------------------------------------------------------
@@ -88,9 +93,11 @@ void memoryWrite(FigureWriter& out, const SystemMetrics& m) {
     out.word("memoryPressure", rawValue(m.memoryPressure));
 }
 QString memoryTooltip(const SystemMetrics& m) {
-    return tooltipText("Memory") + u' ' + formatUsedOverTotal(m.memoryUsed, m.memoryTotal) +
-           QStringLiteral(" (") + wholePercentText(m.memoryPercentage) + QStringLiteral(")\n") +
-           tooltipText("Memory pressure") + u' ' + QString::fromLatin1(rawValue(m.memoryPressure));
+    return tooltipText(QT_TRANSLATE_NOOP("MetricsTooltip", "Memory")) + u' ' +
+           formatUsedOverTotal(m.memoryUsed, m.memoryTotal) + QStringLiteral(" (") +
+           wholePercentText(m.memoryPercentage) + QStringLiteral(")\n") +
+           tooltipText(QT_TRANSLATE_NOOP("MetricsTooltip", "Memory pressure")) + u' ' +
+           QString::fromLatin1(rawValue(m.memoryPressure));
 }
 
 // --- Temperature ------------------------------------------------------------------------
@@ -120,11 +127,14 @@ void temperatureWrite(FigureWriter& out, const SystemMetrics& m) {
     out.names("temperatureSources", m.temperatureSources);
 }
 QString temperatureTooltip(const SystemMetrics& m) {
-    QString line = tooltipText("Temperature") + u' ' +
-                   (m.temperature ? temperatureText(*m.temperature) : tooltipText("Unavailable"));
+    QString line =
+        tooltipText(QT_TRANSLATE_NOOP("MetricsTooltip", "Temperature")) + u' ' +
+        (m.temperature ? temperatureText(*m.temperature)
+                       : tooltipText(QT_TRANSLATE_NOOP("MetricsTooltip", "Unavailable")));
     if (!m.temperatureSources.isEmpty())
         line += QStringLiteral(" (") + m.temperatureSources.join(QStringLiteral(", ")) + u')';
-    return line + u'\n' + tooltipText("Thermal state") + u' ' + label(m.thermalState);
+    return line + u'\n' + tooltipText(QT_TRANSLATE_NOOP("MetricsTooltip", "Thermal state")) + u' ' +
+           label(m.thermalState);
 }
 
 // --- Network ----------------------------------------------------------------------------
@@ -156,10 +166,12 @@ void uploadWrite(FigureWriter& out, const SystemMetrics& m) {
     out.names("networkInterfaces", m.networkInterfaces);
 }
 QString downloadTooltip(const SystemMetrics& m) {
-    return tooltipText("Download") + u' ' + formatRate(m.downloadBytesPerSecond);
+    return tooltipText(QT_TRANSLATE_NOOP("MetricsTooltip", "Download")) + u' ' +
+           formatRate(m.downloadBytesPerSecond);
 }
 QString uploadTooltip(const SystemMetrics& m) {
-    return tooltipText("Upload") + u' ' + formatRate(m.uploadBytesPerSecond);
+    return tooltipText(QT_TRANSLATE_NOOP("MetricsTooltip", "Upload")) + u' ' +
+           formatRate(m.uploadBytesPerSecond);
 }
 
 // --- Swap -------------------------------------------------------------------------------
@@ -203,10 +215,58 @@ QString swapCard(const SystemMetrics& m) {
     return formatUsedOverTotal(*m.swapUsed, *m.swapTotal);
 }
 QString swapTooltip(const SystemMetrics& m) {
-    QString line = tooltipText("Swap") + u' ' + swapCard(m);
+    QString line = tooltipText(QT_TRANSLATE_NOOP("MetricsTooltip", "Swap")) + u' ' + swapCard(m);
     if (const std::optional<double> level = swapPercentage(m))
         line += QStringLiteral(" (") + wholePercentText(*level) + u')';
     return line;
+}
+
+// --- Disk throughput --------------------------------------------------------------------
+
+Shape diskReadValue(QString& out, const SystemMetrics& m, const LabelSettings&) {
+    if (!m.diskReadBytesPerSecond)
+        return Shape::missing;
+    appendRate(out, *m.diskReadBytesPerSecond);
+    return Shape::prefixed;
+}
+Shape diskWriteValue(QString& out, const SystemMetrics& m, const LabelSettings&) {
+    if (!m.diskWriteBytesPerSecond)
+        return Shape::missing;
+    appendRate(out, *m.diskWriteBytesPerSecond);
+    return Shape::prefixed;
+}
+void diskReadWiden(SystemMetrics& m) {
+    if (m.diskReadBytesPerSecond)
+        m.diskReadBytesPerSecond = kWidestRate;
+}
+void diskWriteWiden(SystemMetrics& m) {
+    if (m.diskWriteBytesPerSecond)
+        m.diskWriteBytesPerSecond = kWidestRate;
+}
+void diskReadWrite(FigureWriter& out, const SystemMetrics& m) {
+    out.number("diskReadRate", m.diskReadBytesPerSecond);
+}
+void diskWriteWrite(FigureWriter& out, const SystemMetrics& m) {
+    out.number("diskWriteRate", m.diskWriteBytesPerSecond);
+    out.names("diskDevices", m.diskDevices);
+}
+QString rateOrUnavailable(std::optional<double> bytesPerSecond) {
+    return bytesPerSecond ? formatRate(*bytesPerSecond)
+                          : tooltipText(QT_TRANSLATE_NOOP("MetricsTooltip", "Unavailable"));
+}
+QString diskReadTooltip(const SystemMetrics& m) {
+    return tooltipText(QT_TRANSLATE_NOOP("MetricsTooltip", "Disk read")) + u' ' +
+           rateOrUnavailable(m.diskReadBytesPerSecond);
+}
+QString diskWriteTooltip(const SystemMetrics& m) {
+    return tooltipText(QT_TRANSLATE_NOOP("MetricsTooltip", "Disk write")) + u' ' +
+           rateOrUnavailable(m.diskWriteBytesPerSecond);
+}
+QString diskReadCard(const SystemMetrics& m) {
+    return formatRate(m.diskReadBytesPerSecond.value_or(0));
+}
+QString diskWriteCard(const SystemMetrics& m) {
+    return formatRate(m.diskWriteBytesPerSecond.value_or(0));
 }
 
 // --- The dashboard's texts --------------------------------------------------------------
@@ -226,13 +286,19 @@ std::optional<QString> memoryDetail(const SystemMetrics& m) {
 QString temperatureCard(const SystemMetrics& m) {
     if (m.temperatureAvailability == TemperatureAvailability::exactTemperature)
         return temperatureText(m.temperature.value_or(0));
-    return cardText("Unavailable");
+    return cardText(QT_TRANSLATE_NOOP("MetricPresentation", "Unavailable"));
 }
 // Without an exact reading, the thermal state says how warm the machine is.
 std::optional<QString> temperatureDetail(const SystemMetrics& m) {
     if (m.temperatureAvailability == TemperatureAvailability::exactTemperature)
         return std::nullopt;
     return label(m.thermalState);
+}
+// An exact reading without a value counts as 0 °C; anything less exact has no level.
+std::optional<double> temperatureCardLevel(const SystemMetrics& m) {
+    if (m.temperatureAvailability != TemperatureAvailability::exactTemperature)
+        return std::nullopt;
+    return temperatureLevel(m.temperature.value_or(0));
 }
 QString downloadCard(const SystemMetrics& m) {
     return formatRate(m.downloadBytesPerSecond);
@@ -259,7 +325,7 @@ constexpr std::array kCatalogue{
         .mark = u"C",
         .prefix = u"CPU ",
         .icon = "cpu",
-        .choice = QT_TRANSLATE_NOOP("WelcomeView", "CPU"),
+        .choice = QT_TRANSLATE_NOOP("lumetra::WelcomeView", "CPU"),
         .choiceName = "showCPU",
         .place = D::levelCard,
         .host = M::cpu,
@@ -273,9 +339,10 @@ constexpr std::array kCatalogue{
         .widen = cpuWiden,
         .write = cpuWrite,
         .tooltip = cpuTooltip,
+        .cardLevel = cpuLevel,
         .cardValue = cpuCard,
         .cardDetail = noDetail,
-        .parts = noParts,
+        .parts = cpuParts,
     },
     MetricDescription{
         .metric = M::memory,
@@ -283,7 +350,7 @@ constexpr std::array kCatalogue{
         .mark = u"M",
         .prefix = u"RAM ",
         .icon = "memorychip",
-        .choice = QT_TRANSLATE_NOOP("WelcomeView", "Memory"),
+        .choice = QT_TRANSLATE_NOOP("lumetra::WelcomeView", "Memory"),
         .choiceName = "showMemory",
         .place = D::levelCard,
         .host = M::memory,
@@ -297,6 +364,7 @@ constexpr std::array kCatalogue{
         .widen = memoryWiden,
         .write = memoryWrite,
         .tooltip = memoryTooltip,
+        .cardLevel = memoryLevel,
         .cardValue = memoryCard,
         .cardDetail = memoryDetail,
         .parts = noParts,
@@ -307,7 +375,7 @@ constexpr std::array kCatalogue{
         .mark = u"T",
         .prefix = u"",
         .icon = "thermometer.medium",
-        .choice = QT_TRANSLATE_NOOP("WelcomeView", "Temperature"),
+        .choice = QT_TRANSLATE_NOOP("lumetra::WelcomeView", "Temperature"),
         .choiceName = "showTemperature",
         .place = D::levelCard,
         .host = M::temperature,
@@ -321,6 +389,7 @@ constexpr std::array kCatalogue{
         .widen = temperatureWiden,
         .write = temperatureWrite,
         .tooltip = temperatureTooltip,
+        .cardLevel = temperatureCardLevel,
         .cardValue = temperatureCard,
         .cardDetail = temperatureDetail,
         .parts = noParts,
@@ -331,7 +400,7 @@ constexpr std::array kCatalogue{
         .mark = u"↓",
         .prefix = u"↓ ",
         .icon = "arrow.down",
-        .choice = QT_TRANSLATE_NOOP("WelcomeView", "Network"),
+        .choice = QT_TRANSLATE_NOOP("lumetra::WelcomeView", "Network"),
         .choiceName = "showNetwork",
         .place = D::rate,
         .host = M::download,
@@ -345,6 +414,7 @@ constexpr std::array kCatalogue{
         .widen = downloadWiden,
         .write = downloadWrite,
         .tooltip = downloadTooltip,
+        .cardLevel = noLevel,
         .cardValue = downloadCard,
         .cardDetail = noDetail,
         .parts = noParts,
@@ -355,7 +425,7 @@ constexpr std::array kCatalogue{
         .mark = u"↑",
         .prefix = u"↑ ",
         .icon = "arrow.up",
-        .choice = QT_TRANSLATE_NOOP("WelcomeView", "Network"),
+        .choice = QT_TRANSLATE_NOOP("lumetra::WelcomeView", "Network"),
         .choiceName = "showNetwork",
         .place = D::rate,
         .host = M::download,
@@ -369,6 +439,7 @@ constexpr std::array kCatalogue{
         .widen = uploadWiden,
         .write = uploadWrite,
         .tooltip = uploadTooltip,
+        .cardLevel = noLevel,
         .cardValue = uploadCard,
         .cardDetail = noDetail,
         .parts = noParts,
@@ -379,7 +450,7 @@ constexpr std::array kCatalogue{
         .mark = u"S",
         .prefix = u"SWP ",
         .icon = "swap",
-        .choice = QT_TRANSLATE_NOOP("WelcomeView", "Swap"),
+        .choice = QT_TRANSLATE_NOOP("lumetra::WelcomeView", "Swap"),
         .choiceName = "showSwap",
         .place = D::lineInCard,
         .host = M::memory,
@@ -393,7 +464,58 @@ constexpr std::array kCatalogue{
         .widen = swapWiden,
         .write = swapWrite,
         .tooltip = swapTooltip,
+        .cardLevel = swapPercentage,
         .cardValue = swapCard,
+        .cardDetail = noDetail,
+        .parts = noParts,
+    },
+    MetricDescription{
+        .metric = M::diskRead,
+        .name = QT_TRANSLATE_NOOP("MenuBarMetric", "Disk Read"),
+        .mark = u"R",
+        .prefix = u"↓R ",
+        .icon = "internaldrive.arrow.down",
+        .choice = QT_TRANSLATE_NOOP("lumetra::WelcomeView", "Disk Activity"),
+        .choiceName = "showDiskActivity",
+        .place = D::rate,
+        .host = M::diskRead,
+        .cardTitle = QT_TRANSLATE_NOOP("MetricPresentation", "Disk Activity"),
+        .cardIcon = "internaldrive",
+        .scaled = false,
+        .history = nullptr,
+        .appendValue = diskReadValue,
+        .level = noLevel,
+        .sampled = noSample,
+        .widen = diskReadWiden,
+        .write = diskReadWrite,
+        .tooltip = diskReadTooltip,
+        .cardLevel = noLevel,
+        .cardValue = diskReadCard,
+        .cardDetail = noDetail,
+        .parts = noParts,
+    },
+    MetricDescription{
+        .metric = M::diskWrite,
+        .name = QT_TRANSLATE_NOOP("MenuBarMetric", "Disk Write"),
+        .mark = u"W",
+        .prefix = u"↑W ",
+        .icon = "internaldrive.arrow.up",
+        .choice = QT_TRANSLATE_NOOP("lumetra::WelcomeView", "Disk Activity"),
+        .choiceName = "showDiskActivity",
+        .place = D::rate,
+        .host = M::diskRead,
+        .cardTitle = QT_TRANSLATE_NOOP("MetricPresentation", "Disk Activity"),
+        .cardIcon = "internaldrive",
+        .scaled = false,
+        .history = nullptr,
+        .appendValue = diskWriteValue,
+        .level = noLevel,
+        .sampled = noSample,
+        .widen = diskWriteWiden,
+        .write = diskWriteWrite,
+        .tooltip = diskWriteTooltip,
+        .cardLevel = noLevel,
+        .cardValue = diskWriteCard,
         .cardDetail = noDetail,
         .parts = noParts,
     },

@@ -48,7 +48,7 @@ struct MetricDescription {
     const char16_t* prefix;
     // The symbol's name in the icon set.
     const char* icon;
-    // The welcome flow's box that switches it on (translated in the "WelcomeView" context)
+    // The welcome flow's box that switches it on (translated in the welcome view's context)
     // and that box's object name: metrics that go together (both network directions) share
     // one box.
     const char* choice;
@@ -79,6 +79,8 @@ struct MetricDescription {
     void (*write)(FigureWriter& out, const SystemMetrics& metrics);
     // The tooltip's line or lines, each starting with the metric's name.
     QString (*tooltip)(const SystemMetrics& metrics);
+    // The level its dashboard card draws; none without a scale or a value.
+    std::optional<double> (*cardLevel)(const SystemMetrics& metrics);
     // The dashboard's value and the detail under it (or the line's value, for lineInCard).
     QString (*cardValue)(const SystemMetrics& metrics);
     std::optional<QString> (*cardDetail)(const SystemMetrics& metrics);

@@ -10,6 +10,7 @@
 
 #include <cstdint>
 #include <optional>
+#include <vector>
 
 namespace lumetra {
 
@@ -17,6 +18,9 @@ namespace lumetra {
 struct SystemMetrics {
     Instant timestamp = kDistantPast;
     double cpuUsage = 0;
+    // Each core's usage in percent, in /proc/stat's order, from the same reading as cpuUsage;
+    // empty while cpuUsage is not valid.
+    std::vector<double> cpuCores;
     std::uint64_t memoryUsed = 0;
     std::uint64_t memoryTotal = 0;
     double memoryPercentage = 0;
@@ -39,6 +43,11 @@ struct SystemMetrics {
     // "chip/label"; and the interfaces whose traffic the rates count.
     QStringList temperatureSources;
     QStringList networkInterfaces;
+    // Bytes per second read from and written to the whole physical disks: empty until two
+    // readings exist. The disks they count, by kernel name.
+    std::optional<double> diskReadBytesPerSecond;
+    std::optional<double> diskWriteBytesPerSecond;
+    QStringList diskDevices;
 
     // Field by field; doubles by ordinary comparison, so a NaN makes two records unequal.
     bool operator==(const SystemMetrics&) const = default;

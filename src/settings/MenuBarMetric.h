@@ -5,7 +5,7 @@
 namespace lumetra {
 
 // A metric that can appear in the menu bar label.
-enum class MenuBarMetric { cpu, memory, temperature, download, upload, swap };
+enum class MenuBarMetric { cpu, memory, temperature, download, upload, swap, diskRead, diskWrite };
 
 template <>
 struct EnumTraits<MenuBarMetric> {
@@ -24,6 +24,10 @@ struct EnumTraits<MenuBarMetric> {
                                                   QT_TRANSLATE_NOOP("MenuBarMetric", "Upload")},
         EnumCase<MenuBarMetric, std::string_view>{MenuBarMetric::swap, "swap",
                                                   QT_TRANSLATE_NOOP("MenuBarMetric", "Swap")},
+        EnumCase<MenuBarMetric, std::string_view>{MenuBarMetric::diskRead, "diskRead",
+                                                  QT_TRANSLATE_NOOP("MenuBarMetric", "Disk Read")},
+        EnumCase<MenuBarMetric, std::string_view>{MenuBarMetric::diskWrite, "diskWrite",
+                                                  QT_TRANSLATE_NOOP("MenuBarMetric", "Disk Write")},
     };
 };
 

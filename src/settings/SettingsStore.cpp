@@ -422,12 +422,6 @@ QList<MenuBarMetric> SettingsStore::displayedMetrics() const {
         if (enabledMetrics_.contains(metric))
             displayed.append(metric);
     }
-    // A metric newer than the stored order (swap, disk activity in a file from before them)
-    // still shows when switched on: after the ordered ones.
-    for (MenuBarMetric metric : allCases<MenuBarMetric>()) {
-        if (enabledMetrics_.contains(metric) && !metricOrder_.contains(metric))
-            displayed.append(metric);
-    }
     return displayed;
 }
 

@@ -129,8 +129,7 @@ public:
     // Inserts or removes one metric; either way the whole set is written.
     void setMetricEnabled(MenuBarMetric metric, bool enabled);
 
-    // `metricOrder` filtered to the enabled metrics, in its order, duplicates kept, then any
-    // enabled metric the order lacks (one newer than the stored order): what the
+    // `metricOrder` filtered to the enabled metrics, in its order, duplicates kept: what the
     // menu bar label draws.
     QList<MenuBarMetric> displayedMetrics() const;
 

@@ -16,8 +16,7 @@ const QString kRowMimeType = QStringLiteral("application/x-lumetra-metric-row");
 } // namespace
 
 MetricOrderModel::MetricOrderModel(SettingsStore& settings, QObject* parent)
-    : QAbstractListModel(parent), settings_(settings) {
-    reload();
+    : QAbstractListModel(parent), settings_(settings), order_(settings.metricOrder()) {
     connect(&settings_, &SettingsStore::metricOrderChanged, this, &MetricOrderModel::reload);
     connect(&settings_, &SettingsStore::enabledMetricsChanged, this, [this] {
         if (!order_.isEmpty())
@@ -30,13 +29,7 @@ QString MetricOrderModel::symbolName(MenuBarMetric metric) {
 }
 
 void MetricOrderModel::reload() {
-    QList<MenuBarMetric> order = settings_.metricOrder();
-    // Metrics newer than the stored order are listed after it, so they can be switched on
-    // and placed.
-    for (MenuBarMetric metric : allCases<MenuBarMetric>()) {
-        if (!order.contains(metric))
-            order.append(metric);
-    }
+    const QList<MenuBarMetric> order = settings_.metricOrder();
     if (order == order_)
         return;
     beginResetModel();

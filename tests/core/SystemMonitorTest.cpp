@@ -147,7 +147,8 @@ TEST_F(SystemMonitorTest, SchedulerTurnsCountersIntoRates) {
 TEST_F(SystemMonitorTest, MemoryPercentageAndHistory) {
     auto monitor = makeMonitor();
     const auto normal = MemoryPressureLevel::normal;
-    monitor->applyFastSample({10, MemorySnapshot{300, 400}, normal, NetworkRates{5, 6}});
+    monitor->applyFastSample(
+        {CPUUsage{10, {}}, MemorySnapshot{300, 400}, normal, NetworkRates{5, 6}});
     EXPECT_TRUE(monitor->metrics().memoryValid && monitor->metrics().cpuUsageValid);
     monitor->applyFastSample(
         {std::nullopt, std::nullopt, MemoryPressureLevel::critical, std::nullopt});
@@ -156,13 +157,44 @@ TEST_F(SystemMonitorTest, MemoryPercentageAndHistory) {
     EXPECT_EQ(monitor->metrics().memoryUsed, 300u);
     EXPECT_EQ(monitor->metrics().memoryPressure, MemoryPressureLevel::critical);
     EXPECT_EQ(monitor->metrics().downloadBytesPerSecond, 5) << "the last known rate stays";
-    monitor->applyFastSample({0, MemorySnapshot{100, 0}, normal, std::nullopt});
+    monitor->applyFastSample({CPUUsage{0, {}}, MemorySnapshot{100, 0}, normal, std::nullopt});
     EXPECT_EQ(monitor->metrics().memoryPercentage, 0);
-    monitor->applyFastSample({0, MemorySnapshot{900, 400}, normal, std::nullopt});
+    monitor->applyFastSample({CPUUsage{0, {}}, MemorySnapshot{900, 400}, normal, std::nullopt});
     const auto history = monitor->histories().memory.elements();
     EXPECT_EQ(std::vector<double>(history.begin(), history.end()),
               (std::vector<double>{75, 0, 100}));
     EXPECT_EQ(ticks(*monitor), 4u);
+}
+
+// One sample carries the cores, swap and disk rates into the record: the cores from the same
+// reading as the total, swap with the memory reading (and its graph only when there is swap),
+// the disk rates kept when a tick has none, as the network's are.
+TEST_F(SystemMonitorTest, CoresSwapAndDiskRatesTravelWithTheSample) {
+    auto monitor = makeMonitor();
+    MemorySnapshot memory{300, 400};
+    memory.swapUsed = 50;
+    memory.swapTotal = 200;
+    monitor->applyFastSample({CPUUsage{30, {20, 40}}, memory, MemoryPressureLevel::normal,
+                              std::nullopt, DiskIORates{1000, 2000, {QStringLiteral("sda")}}});
+    const SystemMetrics& first = monitor->metrics();
+    EXPECT_EQ(first.cpuCores, (std::vector<double>{20, 40}));
+    EXPECT_EQ(first.swapUsed, 50u);
+    EXPECT_EQ(first.swapTotal, 200u);
+    EXPECT_EQ(first.diskReadBytesPerSecond, 1000);
+    EXPECT_EQ(first.diskWriteBytesPerSecond, 2000);
+    EXPECT_EQ(first.diskDevices, QStringList{QStringLiteral("sda")});
+
+    MemorySnapshot noSwap{300, 400};
+    noSwap.swapUsed = 0;
+    noSwap.swapTotal = 0;
+    monitor->applyFastSample(
+        {std::nullopt, noSwap, MemoryPressureLevel::normal, std::nullopt, std::nullopt});
+    const SystemMetrics& second = monitor->metrics();
+    EXPECT_TRUE(second.cpuCores.empty()) << "no cores without a CPU reading";
+    EXPECT_EQ(second.swapTotal, 0u);
+    EXPECT_EQ(second.diskReadBytesPerSecond, 1000) << "the last known rate stays";
+    const auto swap = monitor->histories().swap.elements();
+    EXPECT_EQ(std::vector<double>(swap.begin(), swap.end()), std::vector<double>{25});
 }
 
 TEST_F(SystemMonitorTest, EqualThermalReadingOrDiskListNotifiesNobody) {

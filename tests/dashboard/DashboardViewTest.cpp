@@ -129,7 +129,7 @@ TEST_P(DashboardLiveTest, FollowsTheMonitorShownOrHidden) {
     auto* strip = view.findChild<QWidget*>(QStringLiteral("DashboardGlanceStrip"));
     ASSERT_NE(strip, nullptr);
     monitor.applyFastSample(
-        {12, MemorySnapshot{4, 16}, MemoryPressureLevel::normal, NetworkRates{}});
+        {CPUUsage{12, {}}, MemorySnapshot{4, 16}, MemoryPressureLevel::normal, NetworkRates{}});
     EXPECT_EQ(strip->accessibleName(), QStringLiteral("CPU 12%, memory 25%"));
     if (hiddenMeanwhile) {
         view.show();
@@ -139,7 +139,7 @@ TEST_P(DashboardLiveTest, FollowsTheMonitorShownOrHidden) {
     const int before = view.sizeHint().height();
 
     monitor.applyFastSample(
-        {40, MemorySnapshot{8, 16}, MemoryPressureLevel::normal, NetworkRates{}});
+        {CPUUsage{40, {}}, MemorySnapshot{8, 16}, MemoryPressureLevel::normal, NetworkRates{}});
     DiskVolume disk;
     disk.name = QStringLiteral("Data");
     monitor.applyDiskVolumes({disk});

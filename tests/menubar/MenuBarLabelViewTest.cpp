@@ -167,7 +167,7 @@ TEST(MenuBarLabelViewTest, BoundViewCoalescesABurstIntoOneRebuild) {
     EXPECT_FALSE(view.showsChips());
 
     QSignalSpy changed(&view, &MenuBarLabelView::contentChanged);
-    monitor.applyFastSample({37, MemorySnapshot{4ull << 30, 16ull << 30},
+    monitor.applyFastSample({CPUUsage{37, {}}, MemorySnapshot{4ull << 30, 16ull << 30},
                              MemoryPressureLevel::normal, NetworkRates{2000, 0}});
     store.setMenuBarDisplayStyle(S::miniBar);
     store.setSeparator(MenuBarSeparator::dot);

@@ -28,11 +28,17 @@ FastSample FastSampler::sample() {
     sample.network = ratesSince<NetworkCounterSample, NetworkRates>(
         previousNetwork_, [this] { return providers_.network->currentCounters(); },
         &NetworkProviding::rates);
-    if (providers_.diskIO)
+    if (providers_.diskIO && diskIOWanted_)
         sample.diskIO = ratesSince<DiskIOCounterSample, DiskIORates>(
             previousDiskIO_, [this] { return providers_.diskIO->currentCounters(); },
             &DiskIOProviding::rates);
     return sample;
+}
+
+void FastSampler::setDiskIOWanted(bool wanted) {
+    diskIOWanted_ = wanted;
+    if (!wanted)
+        previousDiskIO_.reset();
 }
 
 } // namespace lumetra

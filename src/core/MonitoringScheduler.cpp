@@ -58,6 +58,7 @@ public:
     void setSink(MetricsSink* sink) { sink_ = sink; }
     void setUpdateInterval(double seconds) { updateInterval_ = seconds; }
     void setTemperatureInterval(double seconds) { temperatureInterval_ = seconds; }
+    void setDiskIOWanted(bool wanted) { fastSampler_.setDiskIOWanted(wanted); }
 
     void start() {
         if (running_)
@@ -134,7 +135,8 @@ private:
         if (!sink_)
             return;
         QMetaObject::invokeMethod(
-            sink_.data(), [sink = sink_, call] { call(*sink); }, Qt::QueuedConnection);
+            sink_.data(), [sink = sink_, call = std::move(call)] { call(*sink); },
+            Qt::QueuedConnection);
     }
 
     MonitoringProviders providers_;
@@ -198,6 +200,11 @@ void MonitoringScheduler::setUpdateInterval(double seconds) {
 void MonitoringScheduler::setTemperatureInterval(double seconds) {
     QMetaObject::invokeMethod(
         worker_, [worker = worker_, seconds] { worker->setTemperatureInterval(seconds); });
+}
+
+void MonitoringScheduler::setDiskIOWanted(bool wanted) {
+    QMetaObject::invokeMethod(worker_,
+                              [worker = worker_, wanted] { worker->setDiskIOWanted(wanted); });
 }
 
 void MonitoringScheduler::refreshDiskVolumes() {

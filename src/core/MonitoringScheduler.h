@@ -53,6 +53,8 @@ public:
     void stop();
     void setUpdateInterval(double seconds);
     void setTemperatureInterval(double seconds);
+    // Whether the fast loop reads the disks' counters (on at first).
+    void setDiskIOWanted(bool wanted);
     // One disk reading outside the slow loop, running or not.
     void refreshDiskVolumes();
 

@@ -50,6 +50,10 @@ void SystemMonitor::setTemperatureInterval(double seconds) {
     scheduler_->setTemperatureInterval(seconds);
 }
 
+void SystemMonitor::setDiskIOWanted(bool wanted) {
+    scheduler_->setDiskIOWanted(wanted);
+}
+
 void SystemMonitor::refreshDiskVolumes() {
     scheduler_->refreshDiskVolumes();
 }
@@ -91,7 +95,7 @@ void SystemMonitor::applyFastSample(const FastSample& sample) {
     }
     if (graphed)
         emit historiesChanged();
-    publish(record);
+    publish(std::move(record));
 }
 
 void SystemMonitor::applyThermalReading(const TemperatureReading& reading) {
@@ -100,7 +104,7 @@ void SystemMonitor::applyThermalReading(const TemperatureReading& reading) {
     record.thermalState = reading.thermalState;
     record.temperatureAvailability = reading.availability;
     record.temperatureSources = reading.sources;
-    publish(record);
+    publish(std::move(record));
 }
 
 void SystemMonitor::applyDiskVolumes(const DiskVolumeList& volumes) {
@@ -110,13 +114,11 @@ void SystemMonitor::applyDiskVolumes(const DiskVolumeList& volumes) {
     emit diskVolumesChanged();
 }
 
-void SystemMonitor::publish(const SystemMetrics& record) {
-    if (record == metrics_) {
-        metrics_ = record;
-        return;
-    }
-    metrics_ = record;
-    emit metricsChanged();
+void SystemMonitor::publish(SystemMetrics&& record) {
+    const bool changed = !(record == metrics_);
+    metrics_ = std::move(record);
+    if (changed)
+        emit metricsChanged();
 }
 
 } // namespace lumetra

@@ -44,6 +44,9 @@ public:
     void setUpdateInterval(double seconds);
     void setTemperatureInterval(double seconds);
     void refreshDiskVolumes();
+    // Off where nothing shows the disks' rates (a terminal line without them): the fast loop
+    // then leaves /proc/diskstats alone. On at first.
+    void setDiskIOWanted(bool wanted);
 
     void applyFastSample(const FastSample& sample) override;
     void applyThermalReading(const TemperatureReading& reading) override;
@@ -58,7 +61,7 @@ signals:
     void diskVolumesChanged();
 
 private:
-    void publish(const SystemMetrics& record);
+    void publish(SystemMetrics&& record);
 
     SystemMetrics metrics_ = SystemMetrics::empty();
     MetricHistories histories_;

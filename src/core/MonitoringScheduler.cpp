@@ -87,7 +87,9 @@ private:
             return;
         FastSample sample = fastSampler_.sample();
         deliver([sample = std::move(sample)](MetricsSink& sink) { sink.applyFastSample(sample); });
-        fastTimer_.start(sleepFor(updateInterval_));
+        // A sink on this thread may have stopped the loop from inside the delivery.
+        if (running_)
+            fastTimer_.start(sleepFor(updateInterval_));
     }
 
     void slowTick() {
@@ -129,11 +131,16 @@ private:
             slowTimer_.start(sleepFor(temperatureInterval_));
     }
 
-    // Hands a call to the sink on its own thread; without a sink the result is dropped.
+    // Hands a call to the sink on its own thread (at once when that is this one); without a
+    // sink the result is dropped.
     template <typename Call>
     void deliver(Call call) {
         if (!sink_)
             return;
+        if (sink_->thread() == QThread::currentThread()) {
+            call(*sink_);
+            return;
+        }
         QMetaObject::invokeMethod(
             sink_.data(), [sink = sink_, call = std::move(call)] { call(*sink); },
             Qt::QueuedConnection);
@@ -165,14 +172,20 @@ void WorkerChannel::post(Function function) {
 }
 
 MonitoringScheduler::MonitoringScheduler(MonitoringProviders providers, double updateInterval,
-                                         double temperatureInterval)
+                                         double temperatureInterval, SamplingThread thread)
     : worker_(new SchedulerWorker(std::move(providers), updateInterval, temperatureInterval)) {
+    if (thread == SamplingThread::caller)
+        return;
     thread_.setObjectName(QString::fromLatin1(kAppId) + ".scheduler");
     worker_->moveToThread(&thread_);
     thread_.start();
 }
 
 MonitoringScheduler::~MonitoringScheduler() {
+    if (!thread_.isRunning()) {
+        delete worker_; // it lives on this thread
+        return;
+    }
     // The worker's timers belong to its thread, so it is deleted there, then the thread ends.
     QMetaObject::invokeMethod(
         worker_, [worker = worker_] { delete worker; }, Qt::BlockingQueuedConnection);

@@ -18,6 +18,11 @@ namespace lumetra {
 
 class SchedulerWorker;
 
+// Where the sampling loops run: on a thread of their own (the panel app, whose main thread
+// draws), or on the thread that owns the scheduler (the terminal mode, whose main thread
+// does nothing else: sampling there saves a thread hop on every tick).
+enum class SamplingThread { own, caller };
+
 // The providers a scheduler samples.
 struct MonitoringProviders {
     std::shared_ptr<CPUProviding> cpu;
@@ -42,7 +47,7 @@ struct MonitoringProviders {
 class MonitoringScheduler {
 public:
     MonitoringScheduler(MonitoringProviders providers, double updateInterval,
-                        double temperatureInterval);
+                        double temperatureInterval, SamplingThread thread = SamplingThread::own);
     ~MonitoringScheduler(); // ends both loops and joins the thread
     MonitoringScheduler(const MonitoringScheduler&) = delete;
     MonitoringScheduler& operator=(const MonitoringScheduler&) = delete;

@@ -18,14 +18,14 @@ double percentage(std::uint64_t used, std::uint64_t total) {
 } // namespace
 
 SystemMonitor::SystemMonitor(Providers providers, double updateInterval, double temperatureInterval,
-                             QObject* parent)
+                             QObject* parent, SamplingThread thread)
     : MetricsSink(parent) {
     MonitoringProviders scheduled{
         providers.cpu,     providers.memory,
         providers.network, std::make_shared<ThermalMonitor>(providers.temperature),
         providers.disk,    providers.diskIO};
     scheduler_ = std::make_unique<MonitoringScheduler>(std::move(scheduled), updateInterval,
-                                                       temperatureInterval);
+                                                       temperatureInterval, thread);
     // Posted to the loop thread now, so it is in place before any start() reaches it.
     scheduler_->setSink(this);
 }

@@ -32,7 +32,7 @@ public:
 
     // Does not start sampling. The sink is attached before any later start() takes effect.
     SystemMonitor(Providers providers, double updateInterval, double temperatureInterval,
-                  QObject* parent = nullptr);
+                  QObject* parent = nullptr, SamplingThread thread = SamplingThread::own);
     ~SystemMonitor() override;
 
     const SystemMetrics& metrics() const { return metrics_; }

@@ -3,6 +3,7 @@
 #include "appearance/Palette.h"
 
 #include <QGuiApplication>
+#include <QHash>
 
 namespace lumetra {
 
@@ -19,6 +20,10 @@ struct DashboardTheme::Fonts {
         QFontMetricsF metrics;
     };
     std::map<std::pair<int, int>, Entry> entries;
+    // Keyed by font (size and weight) and text; emptied when it grows past a few screens of
+    // changing figures.
+    QHash<std::pair<std::pair<int, int>, QString>, double> advances;
+    static constexpr qsizetype kMaximumAdvances = 1024;
 };
 
 DashboardTheme::DashboardTheme(bool dark, QColor accent, QString family)
@@ -99,6 +104,18 @@ const QFont& DashboardTheme::font(double pixelSize, QFont::Weight weight) const 
         it = fonts_->entries.emplace(key, Fonts::Entry{font, QFontMetricsF(font)}).first;
     }
     return it->second.font;
+}
+
+double DashboardTheme::advance(const QString& text, double pixelSize, QFont::Weight weight) const {
+    const std::pair font(static_cast<int>(pixelSize * 100), static_cast<int>(weight));
+    const auto key = std::pair(font, text);
+    if (const auto it = fonts_->advances.constFind(key); it != fonts_->advances.constEnd())
+        return *it;
+    if (fonts_->advances.size() >= Fonts::kMaximumAdvances)
+        fonts_->advances.clear();
+    const double width = metrics(pixelSize, weight).horizontalAdvance(text);
+    fonts_->advances.insert(key, width);
+    return width;
 }
 
 const QFontMetricsF& DashboardTheme::metrics(double pixelSize, QFont::Weight weight) const {

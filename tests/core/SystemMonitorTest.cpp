@@ -250,6 +250,27 @@ TEST_F(SystemMonitorTest, SlowLoopDeliversTemperatureAndDisksAndRefreshWorksWhil
     EXPECT_EQ(machine->volumes.calls(), listings);
 }
 
+// Sampling on the caller's thread (the terminal mode): the first tick is delivered within
+// start(), the loop goes on from this thread's event loop, stop() from inside a delivery ends
+// it, and the monitor goes away without a thread to join.
+TEST_F(SystemMonitorTest, CallerThreadSamplingDeliversDirectlyAndStopsFromADelivery) {
+    machine->usage.values = {10.0, 20.0, 30.0, 40.0};
+    SystemMonitor monitor(SystemMonitor::Providers{machine, machine, machine, machine, machine},
+                          0.01, 10, nullptr, SamplingThread::caller);
+    QSignalSpy changed(&monitor, &SystemMonitor::metricsChanged);
+    monitor.start();
+    EXPECT_GE(changed.count(), 1) << "the first sample arrives within start()";
+    EXPECT_EQ(monitor.metrics().cpuUsage, 10);
+    QObject::connect(&monitor, &SystemMonitor::metricsChanged, &monitor, [&] {
+        if (monitor.metrics().cpuUsage >= 30)
+            monitor.stop();
+    });
+    ASSERT_TRUE(waitFor([&] { return monitor.metrics().cpuUsage >= 30; }));
+    const int calls = machine->usage.calls();
+    QTest::qWait(100);
+    EXPECT_EQ(machine->usage.calls(), calls) << "stopped from inside the delivery";
+}
+
 TEST(MonitoringSchedulerTest, WithoutSinkTicksAreDroppedButBaselinesAdvance) {
     auto machine = std::make_shared<FakeMachine>();
     // 1000 B/s over the first second, 500 B/s after it.

@@ -2,7 +2,8 @@
 
 #include "model/AppId.h"
 
-#include <QTimer>
+#include <QBasicTimer>
+#include <QTimerEvent>
 
 #include <cmath>
 #include <mutex>
@@ -42,12 +43,6 @@ public:
           diskExecutor_(QString::fromLatin1(kAppId) + ".disks"),
           channel_(std::make_shared<WorkerChannel>()) {
         channel_->worker = this;
-        for (QTimer* timer : {&fastTimer_, &slowTimer_}) {
-            timer->setSingleShot(true);
-            timer->setTimerType(Qt::PreciseTimer);
-        }
-        connect(&fastTimer_, &QTimer::timeout, this, &SchedulerWorker::fastTick);
-        connect(&slowTimer_, &QTimer::timeout, this, &SchedulerWorker::slowTick);
     }
 
     ~SchedulerWorker() override {
@@ -81,6 +76,19 @@ public:
             startDiskChild(std::nullopt);
     }
 
+protected:
+    void timerEvent(QTimerEvent* event) override {
+        if (event->timerId() == fastTimer_.timerId()) {
+            fastTimer_.stop();
+            fastTick();
+        } else if (event->timerId() == slowTimer_.timerId()) {
+            slowTimer_.stop();
+            slowTick();
+        } else {
+            QObject::timerEvent(event);
+        }
+    }
+
 private:
     void fastTick() {
         if (!running_)
@@ -89,7 +97,7 @@ private:
         deliver([sample = std::move(sample)](MetricsSink& sink) { sink.applyFastSample(sample); });
         // A sink on this thread may have stopped the loop from inside the delivery.
         if (running_)
-            fastTimer_.start(sleepFor(updateInterval_));
+            fastTimer_.start(int(sleepFor(updateInterval_).count()), Qt::PreciseTimer, this);
     }
 
     void slowTick() {
@@ -128,7 +136,7 @@ private:
         if (!running_ || generation != generation_)
             return;
         if (--pendingSlowChildren_ == 0)
-            slowTimer_.start(sleepFor(temperatureInterval_));
+            slowTimer_.start(int(sleepFor(temperatureInterval_).count()), Qt::PreciseTimer, this);
     }
 
     // Hands a call to the sink on its own thread (at once when that is this one); without a
@@ -154,8 +162,10 @@ private:
     bool running_ = false;
     std::uint64_t generation_ = 0;
     int pendingSlowChildren_ = 0;
-    QTimer fastTimer_{this}; // children, so they move to the loop thread with the worker
-    QTimer slowTimer_{this};
+    // Basic timers, single-shot by stopping them as they fire: a tick then costs one timer
+    // event, without a signal in between. They belong to the worker's thread.
+    QBasicTimer fastTimer_;
+    QBasicTimer slowTimer_;
     SerialExecutor diskExecutor_;
     std::shared_ptr<WorkerChannel> channel_;
 };

@@ -23,6 +23,7 @@ struct DashboardTheme::Fonts {
     // Keyed by font (size and weight) and text; emptied when it grows past a few screens of
     // changing figures.
     QHash<std::pair<std::pair<int, int>, QString>, double> advances;
+    QHash<std::pair<std::pair<int, int>, QString>, QStaticText> texts;
     static constexpr qsizetype kMaximumAdvances = 1024;
 };
 
@@ -116,6 +117,20 @@ double DashboardTheme::advance(const QString& text, double pixelSize, QFont::Wei
     const double width = metrics(pixelSize, weight).horizontalAdvance(text);
     fonts_->advances.insert(key, width);
     return width;
+}
+
+const QStaticText& DashboardTheme::staticText(const QString& text, double pixelSize,
+                                              QFont::Weight weight) const {
+    const std::pair font(static_cast<int>(pixelSize * 100), static_cast<int>(weight));
+    const auto key = std::pair(font, text);
+    if (const auto it = fonts_->texts.constFind(key); it != fonts_->texts.constEnd())
+        return *it;
+    if (fonts_->texts.size() >= Fonts::kMaximumAdvances)
+        fonts_->texts.clear();
+    QStaticText laidOut(text);
+    laidOut.setTextFormat(Qt::PlainText);
+    laidOut.prepare(QTransform(), this->font(pixelSize, weight));
+    return *fonts_->texts.insert(key, laidOut);
 }
 
 const QFontMetricsF& DashboardTheme::metrics(double pixelSize, QFont::Weight weight) const {

@@ -30,7 +30,8 @@ void drawLine(QPainter& painter, const DashboardTheme& theme, const QRectF& rect
     const double baseline = rect.top() + (rect.height() - metrics.height()) / 2 + metrics.ascent();
     painter.setFont(font);
     painter.setPen(color);
-    painter.drawText(QPointF(x, baseline), shown);
+    painter.drawStaticText(QPointF(x, baseline - metrics.ascent()),
+                           theme.staticText(shown, size, weight));
 }
 
 } // namespace

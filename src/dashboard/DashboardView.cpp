@@ -69,16 +69,14 @@ private:
 };
 
 // The extras of cards whose style has no room for them inside (rings, grid cells), in one
-// card frame under the row: each card's extras under its title.
+// card frame under the row, in the cards' order: the CPU's cores, then lines such as swap.
 class ExtrasCard final : public PaintedView {
 public:
     ExtrasCard(const std::vector<MetricPresentation>& metrics, const DashboardTheme& theme) {
         for (const MetricPresentation& metric : metrics) {
             CardExtras extras(metric, theme);
-            if (extras.isEmpty())
-                continue;
-            headers_.emplace_back(metric.title, metric.systemImage);
-            extras_.push_back(std::move(extras));
+            if (!extras.isEmpty())
+                extras_.push_back(std::move(extras));
         }
     }
 
@@ -93,14 +91,11 @@ public:
 private:
     DashboardCard card() const {
         std::vector<const PaintedView*> pieces;
-        for (std::size_t i = 0; i < extras_.size(); ++i) {
-            pieces.push_back(&headers_[i]);
-            pieces.push_back(&extras_[i]);
-        }
+        for (const CardExtras& extras : extras_)
+            pieces.push_back(&extras);
         return DashboardCard(std::move(pieces));
     }
 
-    std::vector<SectionHeader> headers_;
     std::vector<CardExtras> extras_;
 };
 
@@ -240,8 +235,6 @@ QString sourcesOf(const QString& id, const SystemMetrics& metrics) {
         return temperatureSourcesText(metrics.temperatureSources);
     if (id == QLatin1StringView(rawValue(MenuBarMetric::download)))
         return networkInterfacesText(metrics.networkInterfaces);
-    if (id == QLatin1StringView(rawValue(MenuBarMetric::diskRead)))
-        return networkInterfacesText(metrics.diskDevices);
     return {};
 }
 
@@ -337,7 +330,24 @@ DashboardView::Content DashboardView::content() const {
 
     content.dividers.push_back(y);
     y += 1 + kSpacing;
-    place(std::make_unique<DiskCardView>(volumes));
+    // The disks' reads and writes: one line at the foot of the disks card.
+    std::vector<MetricRow> diskLines;
+    QString diskActivity;
+    const char* diskTitle = nullptr;
+    for (const MetricDescription& row : metricCatalogue()) {
+        if (row.place != DashboardPlace::diskLine)
+            continue;
+        if (!diskActivity.isEmpty())
+            diskActivity += QStringLiteral("  ");
+        diskActivity += QString::fromUtf16(row.prefix) + row.cardValue(metrics);
+        diskTitle = describe(row.host).cardTitle;
+    }
+    if (diskTitle)
+        diskLines.emplace_back(QCoreApplication::translate("MetricPresentation", diskTitle),
+                               diskActivity, theme.primary());
+    const Block& disks = place(std::make_unique<DiskCardView>(volumes, std::move(diskLines)));
+    if (QString text = networkInterfacesText(metrics.diskDevices); !text.isEmpty() && diskTitle)
+        content.toolTips.emplace_back(disks.rect, std::move(text));
     // One card per pair of rates, named after the pair's first.
     for (const MetricDescription& head : metricCatalogue()) {
         if (head.place != DashboardPlace::rate || head.host != head.metric)

@@ -21,11 +21,16 @@ double DiskCardView::heightFor(double width, const DashboardTheme& theme) const 
     const double inner = width - 2 * DashboardCard::kPadding;
     double height =
         2 * DashboardCard::kPadding + header().heightFor(inner, theme) + DashboardCard::kSpacing;
-    if (volumes_.empty())
-        return height + paint::lineHeight(theme, kEmptyTextSize);
-    for (const DiskVolume& volume : volumes_)
-        height += DiskVolumeRow(volume).heightFor(inner, theme);
-    return height + kRowSpacing * static_cast<double>(volumes_.size() - 1);
+    if (volumes_.empty()) {
+        height += paint::lineHeight(theme, kEmptyTextSize);
+    } else {
+        for (const DiskVolume& volume : volumes_)
+            height += DiskVolumeRow(volume).heightFor(inner, theme);
+        height += kRowSpacing * static_cast<double>(volumes_.size() - 1);
+    }
+    for (const MetricRow& line : footer_)
+        height += kRowSpacing + line.heightFor(inner, theme);
+    return height;
 }
 
 void DiskCardView::paint(QPainter& painter, const QRectF& rect, const DashboardTheme& theme) const {
@@ -42,12 +47,17 @@ void DiskCardView::paint(QPainter& painter, const QRectF& rect, const DashboardT
             QRectF(inner.left(), y, inner.width(), paint::lineHeight(theme, kEmptyTextSize)),
             QCoreApplication::translate("DiskCardView", "No volumes found"), kEmptyTextSize,
             QFont::Normal, theme.secondary());
-        return;
+        y += paint::lineHeight(theme, kEmptyTextSize) + kRowSpacing;
     }
     for (const DiskVolume& volume : volumes_) {
         const DiskVolumeRow row(volume);
         const double height = row.heightFor(inner.width(), theme);
         row.paint(painter, QRectF(inner.left(), y, inner.width(), height), theme);
+        y += height + kRowSpacing;
+    }
+    for (const MetricRow& line : footer_) {
+        const double height = line.heightFor(inner.width(), theme);
+        line.paint(painter, QRectF(inner.left(), y, inner.width(), height), theme);
         y += height + kRowSpacing;
     }
 }

@@ -32,8 +32,9 @@ public:
 enum class MetricValueShape { missing, prefixed, alone };
 
 // Where the dashboard shows a metric: a card of its own with a level, a line in another
-// metric's card, one of a pair of rates in a rates card.
-enum class DashboardPlace { levelCard, lineInCard, rate };
+// metric's card, one of a pair of rates in a rates card, or a part of one line at the foot of
+// the disks card (the disks' reads and writes, beside the volumes they come from).
+enum class DashboardPlace { levelCard, lineInCard, rate, diskLine };
 
 // One displayable metric: everything the label, chips, tooltip, label image, live icon,
 // dashboard, settings list, welcome choices and the terminal mode need to know about it.

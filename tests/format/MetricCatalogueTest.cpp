@@ -56,7 +56,7 @@ TEST(MetricCatalogueTest, EveryMetricHasOneRowWithUniqueKeysAndMarks) {
         if (row.place == DashboardPlace::lineInCard) {
             EXPECT_EQ(describe(row.host).place, DashboardPlace::levelCard);
         }
-        if (row.place == DashboardPlace::rate) {
+        if (row.place == DashboardPlace::rate || row.place == DashboardPlace::diskLine) {
             EXPECT_EQ(describe(row.host).host, row.host);
         }
         choices.insert(row.choiceName);

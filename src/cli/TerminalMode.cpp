@@ -13,9 +13,9 @@ TerminalMode::TerminalMode(const TerminalOptions& options, SettingsStore& settin
     // The panel app may change the settings while we run: the next line shows it.
     auto refreshLabelSettings = [this] {
         labelSettings_ = LabelSettings::from(settings_);
-        monitor_.setDiskIOWanted(wantsDiskIO());
+        monitor_.setReadings(wantedReadings());
     };
-    monitor_.setDiskIOWanted(wantsDiskIO());
+    monitor_.setReadings(wantedReadings());
     connect(&settings_, &SettingsStore::displayedMetricsChanged, this, refreshLabelSettings);
     connect(&settings_, &SettingsStore::separatorChanged, this, refreshLabelSettings);
     connect(&settings_, &SettingsStore::memoryFormatChanged, this, refreshLabelSettings);
@@ -27,13 +27,17 @@ TerminalMode::TerminalMode(const TerminalOptions& options, SettingsStore& settin
             [this] { monitor_.setTemperatureInterval(seconds(settings_.temperatureInterval())); });
 }
 
-bool TerminalMode::wantsDiskIO() const {
+FastReadings TerminalMode::wantedReadings() const {
     // JSON carries every figure and waybar's tooltip lists every metric; the other formats
-    // show the disks' rates only when the label does.
+    // show only what the label shows, and no label shows the cores.
     if (options_.format == OutputFormat::json || options_.format == OutputFormat::waybar)
-        return true;
-    return labelSettings_.displayedMetrics.contains(MenuBarMetric::diskRead) ||
-           labelSettings_.displayedMetrics.contains(MenuBarMetric::diskWrite);
+        return {};
+    const auto shown = [this](MenuBarMetric metric) {
+        return labelSettings_.displayedMetrics.contains(metric);
+    };
+    return {.cpuCores = false,
+            .network = shown(MenuBarMetric::download) || shown(MenuBarMetric::upload),
+            .diskIO = shown(MenuBarMetric::diskRead) || shown(MenuBarMetric::diskWrite)};
 }
 
 void TerminalMode::start() {

@@ -34,7 +34,7 @@ signals:
 private:
     void onMetricsChanged();
     void writeLine();
-    bool wantsDiskIO() const;
+    FastReadings wantedReadings() const;
     void write(const std::string& text);
 
     TerminalOptions options_;

@@ -20,4 +20,14 @@ struct FastSample {
     std::optional<DiskIORates> diskIO = std::nullopt;
 };
 
+// Which of the optional readings the fast loop takes. The terminal mode leaves out what its
+// line does not show; CPU and memory are always read.
+struct FastReadings {
+    bool cpuCores = true;
+    bool network = true;
+    bool diskIO = true;
+
+    bool operator==(const FastReadings&) const = default;
+};
+
 } // namespace lumetra

@@ -25,20 +25,25 @@ FastSample FastSampler::sample() {
     sample.cpu = providers_.cpu->currentUsage();
     sample.memory = providers_.memory->currentSnapshot();
     sample.pressure = providers_.memory->pressure();
-    sample.network = ratesSince<NetworkCounterSample, NetworkRates>(
-        previousNetwork_, [this] { return providers_.network->currentCounters(); },
-        &NetworkProviding::rates);
-    if (providers_.diskIO && diskIOWanted_)
+    if (readings_.network)
+        sample.network = ratesSince<NetworkCounterSample, NetworkRates>(
+            previousNetwork_, [this] { return providers_.network->currentCounters(); },
+            &NetworkProviding::rates);
+    if (providers_.diskIO && readings_.diskIO)
         sample.diskIO = ratesSince<DiskIOCounterSample, DiskIORates>(
             previousDiskIO_, [this] { return providers_.diskIO->currentCounters(); },
             &DiskIOProviding::rates);
     return sample;
 }
 
-void FastSampler::setDiskIOWanted(bool wanted) {
-    diskIOWanted_ = wanted;
-    if (!wanted)
+void FastSampler::setReadings(FastReadings readings) {
+    if (!readings.network)
+        previousNetwork_.reset();
+    if (!readings.diskIO)
         previousDiskIO_.reset();
+    if (readings.cpuCores != readings_.cpuCores)
+        providers_.cpu->setCoresWanted(readings.cpuCores);
+    readings_ = readings;
 }
 
 } // namespace lumetra

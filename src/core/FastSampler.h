@@ -26,15 +26,15 @@ public:
 
     FastSample sample();
 
-    // Off: the disks' counters are not read (nobody shows their rates) and the baseline is
-    // dropped, so the first reading after switching on again is a new baseline.
-    void setDiskIOWanted(bool wanted);
+    // A reading switched off is not taken and its baseline is dropped, so the first reading
+    // after switching it on again is a new baseline.
+    void setReadings(FastReadings readings);
 
 private:
     Providers providers_;
     std::optional<NetworkCounterSample> previousNetwork_;
     std::optional<DiskIOCounterSample> previousDiskIO_;
-    bool diskIOWanted_ = true;
+    FastReadings readings_;
 };
 
 } // namespace lumetra

@@ -53,7 +53,7 @@ public:
     void setSink(MetricsSink* sink) { sink_ = sink; }
     void setUpdateInterval(double seconds) { updateInterval_ = seconds; }
     void setTemperatureInterval(double seconds) { temperatureInterval_ = seconds; }
-    void setDiskIOWanted(bool wanted) { fastSampler_.setDiskIOWanted(wanted); }
+    void setReadings(FastReadings readings) { fastSampler_.setReadings(readings); }
 
     void start() {
         if (running_)
@@ -225,9 +225,9 @@ void MonitoringScheduler::setTemperatureInterval(double seconds) {
         worker_, [worker = worker_, seconds] { worker->setTemperatureInterval(seconds); });
 }
 
-void MonitoringScheduler::setDiskIOWanted(bool wanted) {
+void MonitoringScheduler::setReadings(FastReadings readings) {
     QMetaObject::invokeMethod(worker_,
-                              [worker = worker_, wanted] { worker->setDiskIOWanted(wanted); });
+                              [worker = worker_, readings] { worker->setReadings(readings); });
 }
 
 void MonitoringScheduler::refreshDiskVolumes() {

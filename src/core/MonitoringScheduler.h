@@ -58,8 +58,8 @@ public:
     void stop();
     void setUpdateInterval(double seconds);
     void setTemperatureInterval(double seconds);
-    // Whether the fast loop reads the disks' counters (on at first).
-    void setDiskIOWanted(bool wanted);
+    // Which optional readings the fast loop takes (all at first).
+    void setReadings(FastReadings readings);
     // One disk reading outside the slow loop, running or not.
     void refreshDiskVolumes();
 

@@ -50,8 +50,8 @@ void SystemMonitor::setTemperatureInterval(double seconds) {
     scheduler_->setTemperatureInterval(seconds);
 }
 
-void SystemMonitor::setDiskIOWanted(bool wanted) {
-    scheduler_->setDiskIOWanted(wanted);
+void SystemMonitor::setReadings(FastReadings readings) {
+    scheduler_->setReadings(readings);
 }
 
 void SystemMonitor::refreshDiskVolumes() {

@@ -44,9 +44,9 @@ public:
     void setUpdateInterval(double seconds);
     void setTemperatureInterval(double seconds);
     void refreshDiskVolumes();
-    // Off where nothing shows the disks' rates (a terminal line without them): the fast loop
-    // then leaves /proc/diskstats alone. On at first.
-    void setDiskIOWanted(bool wanted);
+    // Which optional readings the fast loop takes (all at first): a terminal line that shows
+    // no rates or cores leaves their kernel files alone.
+    void setReadings(FastReadings readings);
 
     void applyFastSample(const FastSample& sample) override;
     void applyThermalReading(const TemperatureReading& reading) override;

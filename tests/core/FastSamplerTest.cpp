@@ -23,7 +23,11 @@ struct Script {
 };
 
 struct SteadyMachine : CPUProviding, MemoryProviding {
-    std::optional<CPUUsage> currentUsage() override { return CPUUsage{50, {40, 60}}; }
+    std::optional<CPUUsage> currentUsage() override {
+        return CPUUsage{50, coresWanted ? std::vector<double>{40, 60} : std::vector<double>{}};
+    }
+    void setCoresWanted(bool wanted) override { coresWanted = wanted; }
+    bool coresWanted = true;
     std::optional<MemorySnapshot> currentSnapshot() override { return MemorySnapshot{1, 2}; }
     MemoryPressureLevel pressure() override { return MemoryPressureLevel::elevated; }
 };
@@ -74,6 +78,36 @@ TEST(FastSamplerTest, NoDiskReaderNoDiskRates) {
     FastSampler sampler({machine, machine, network, nullptr});
     EXPECT_FALSE(sampler.sample().diskIO);
     EXPECT_FALSE(sampler.sample().diskIO);
+}
+
+// A reading switched off is not taken at all (a terminal line that does not show it), and
+// switched on again it starts from a new baseline rather than spanning the gap.
+TEST(FastSamplerTest, ReadingsSwitchedOffAreNotTakenAndRestartFromABaseline) {
+    auto machine = std::make_shared<SteadyMachine>();
+    auto network = std::make_shared<ScriptedNetwork>();
+    auto disks = std::make_shared<ScriptedDisks>();
+    for (int second = 0; second < 5; ++second) {
+        network->script.readings.push_back(NetworkCounterSample{at(second), 1000u * second, 0});
+        disks->script.readings.push_back(DiskIOCounterSample{at(second), 512u * second, 0});
+    }
+    FastSampler sampler({machine, machine, network, disks});
+    sampler.sample(); // the baselines
+    sampler.setReadings({.cpuCores = false, .network = false, .diskIO = false});
+    const FastSample quiet = sampler.sample();
+    EXPECT_EQ(quiet.cpu, (CPUUsage{50, {}}));
+    EXPECT_FALSE(quiet.network || quiet.diskIO);
+    EXPECT_EQ(std::pair(network->script.index, disks->script.index),
+              std::pair(std::size_t{1}, std::size_t{1}))
+        << "nothing was read";
+
+    sampler.setReadings({});
+    EXPECT_TRUE(machine->coresWanted);
+    const FastSample again = sampler.sample();
+    EXPECT_FALSE(again.network || again.diskIO) << "a new baseline, not the old one";
+    const FastSample next = sampler.sample();
+    ASSERT_TRUE(next.network && next.diskIO);
+    EXPECT_DOUBLE_EQ(next.network->download, 1000);
+    EXPECT_DOUBLE_EQ(next.diskIO->read, 512);
 }
 
 } // namespace

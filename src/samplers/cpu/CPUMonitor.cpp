@@ -11,24 +11,42 @@ namespace {
 constexpr std::size_t kInitialReadLimit = 4096;
 // 4096 cores and their lines, far beyond any machine, bound the growth.
 constexpr std::size_t kReadLimitCap = 1 << 20;
+// The aggregate line alone: ten numbers, far shorter than this.
+constexpr std::size_t kAggregateLineLimit = 1024;
 
 } // namespace
 
 CPUMonitor::CPUMonitor(const KernelRoots& roots)
     : stat_(roots.proc("stat"), kReadLimitCap), readLimit_(kInitialReadLimit) {}
 
+void CPUMonitor::setCoresWanted(bool wanted) {
+    std::lock_guard guard(lock_);
+    coresWanted_ = wanted;
+    previousCores_.clear(); // a core's next figure needs a fresh baseline
+}
+
 // Called with lock_ held.
 bool CPUMonitor::readLines(ProcStatCPULines& lines) {
-    KernelFileRead read = stat_.readPrefix(readLimit_);
+    const auto parse = [this, &lines](std::string_view text) {
+        if (coresWanted_) {
+            parseProcStatCPULines(text, lines);
+        } else {
+            // The aggregate line alone: the first of the file, whatever the core count.
+            lines.cores.clear();
+            lines.total = parseProcStatCPULine(text);
+            lines.complete = true;
+        }
+    };
+    KernelFileRead read = stat_.readPrefix(coresWanted_ ? readLimit_ : kAggregateLineLimit);
     if (read.ok())
-        parseProcStatCPULines(read.text, lines);
+        parse(read.text);
     // A read that filled its limit inside the cpu lines was cut: read more next time and now.
     while (read.ok() && lines.total && !lines.complete && read.text.size() >= readLimit_ &&
            readLimit_ < kReadLimitCap) {
         readLimit_ *= 2;
         read = stat_.readPrefix(readLimit_);
         if (read.ok())
-            parseProcStatCPULines(read.text, lines);
+            parse(read.text);
     }
     if (read.ok() && lines.total) {
         failure_.recovered();

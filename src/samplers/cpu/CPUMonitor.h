@@ -18,6 +18,7 @@ public:
     explicit CPUMonitor(const KernelRoots& roots = KernelRoots());
 
     std::optional<CPUUsage> currentUsage() override;
+    void setCoresWanted(bool wanted) override;
 
 private:
     bool readLines(ProcStatCPULines& lines);
@@ -25,6 +26,7 @@ private:
     std::mutex lock_; // overlapping callers share the file's buffer and the baseline
     KernelFile stat_;
     std::size_t readLimit_; // grows until one read holds every cpu line
+    bool coresWanted_ = true;
     LogOnce failure_;
     ProcStatCPULines current_;
     std::optional<CPUTicks> previousTotal_;

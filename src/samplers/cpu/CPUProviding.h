@@ -13,6 +13,9 @@ public:
     // Usage since the previous successful call, of the whole machine and of each core;
     // nothing on the first call (it only takes the baseline) and on any failure. Never throws.
     virtual std::optional<CPUUsage> currentUsage() = 0;
+
+    // Off: only the whole machine's usage is read, the cores are left empty (on at first).
+    virtual void setCoresWanted(bool wanted) { (void)wanted; }
 };
 
 } // namespace lumetra

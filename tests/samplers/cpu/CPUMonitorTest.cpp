@@ -156,6 +156,32 @@ TEST(CPUMonitorTest, ReadsEveryCoreOfALargeMachine) {
     EXPECT_EQ(usage->cores[1], 100) << "odd cores are busy all the time";
 }
 
+// With the cores switched off only the first line is read; switched on again, the cores
+// start from a new baseline.
+TEST(CPUMonitorTest, CoresCanBeLeftOut) {
+    const auto stat = [](std::uint64_t busy, std::uint64_t idle) {
+        return "cpu  " + QByteArray::number(quint64(busy)) + " 0 0 " +
+               QByteArray::number(quint64(idle)) + "\ncpu0 " + QByteArray::number(quint64(busy)) +
+               " 0 0 " + QByteArray::number(quint64(idle)) + "\nintr 0\n";
+    };
+    ScratchTree tree;
+    CPUMonitor monitor{KernelRoots(tree.root())};
+    const std::pair<int, std::optional<CPUUsage>> steps[] = {
+        {0, std::nullopt},       // baseline
+        {1, CPUUsage{50, {50}}}, // cores on
+        {2, CPUUsage{50, {}}},   // switched off
+        {3, CPUUsage{50, {}}},   // switched on: the cores' baseline
+        {4, CPUUsage{50, {50}}}};
+    for (const auto& [step, usage] : steps) {
+        if (step == 2)
+            monitor.setCoresWanted(false);
+        if (step == 3)
+            monitor.setCoresWanted(true);
+        tree.write("proc/stat", stat(100u * step, 100u * step));
+        EXPECT_EQ(monitor.currentUsage(), usage) << step;
+    }
+}
+
 // On this machine: the cores' mean is the total within rounding. Every core ticks at the same
 // rate, so over a second (100 ticks each) the mean of their shares is the machine's share to
 // within a tick or two.

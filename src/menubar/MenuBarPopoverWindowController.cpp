@@ -3,6 +3,7 @@
 #include "menubar/MenuBarPopoverContent.h"
 #include "menubar/PopoverPlacement.h"
 #include "menubar/WindowTranslucency.h"
+#include "menubar/X11WindowAt.h"
 
 #include <QCursor>
 #include <QGuiApplication>
@@ -11,6 +12,9 @@
 #include <QPainterPath>
 #include <QRegion>
 #include <QScreen>
+#include <QScrollArea>
+#include <QScrollBar>
+#include <QStyle>
 #include <QVBoxLayout>
 #include <QWidget>
 
@@ -101,9 +105,19 @@ void MenuBarPopoverWindowController::createWindow() {
     window_ = new Window(*this, translucent);
     auto* layout = new QVBoxLayout(window_);
     layout->setContentsMargins(0, 0, 0, 0);
-    content_ = new MenuBarPopoverContent(appState_, window_);
+    // On a small screen at a large scale the dashboard is taller than the screen: the window
+    // then stops at the screen's edge and the content scrolls.
+    scroll_ = new QScrollArea(window_);
+    scroll_->setFrameShape(QFrame::NoFrame);
+    scroll_->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    scroll_->setVerticalScrollBarPolicy(Qt::ScrollBarAsNeeded);
+    scroll_->setWidgetResizable(true);
+    scroll_->setAutoFillBackground(false);
+    scroll_->viewport()->setAutoFillBackground(false);
+    content_ = new MenuBarPopoverContent(appState_);
     content_->setOpaqueBackground(!translucent);
-    layout->addWidget(content_);
+    scroll_->setWidget(content_);
+    layout->addWidget(scroll_);
     connect(content_, &MenuBarPopoverContent::settingsRequested, this, [this] {
         hide();
         emit settingsRequested();
@@ -155,17 +169,52 @@ void MenuBarPopoverWindowController::noteHidden() {
     emit visibleChanged();
 }
 
+QList<ScreenSpace> MenuBarPopoverWindowController::screenSpaces() {
+    QList<ScreenSpace> spaces;
+    for (const QScreen* screen : QGuiApplication::screens())
+        spaces.append({screen->geometry(), screen->devicePixelRatio()});
+    return spaces;
+}
+
 void MenuBarPopoverWindowController::place() {
     if (!window_)
         return;
-    const QSize size(MenuBarPopoverContent::kWidth, content_->preferredHeight());
+    const int height = content_->preferredHeight();
     QScreen* screen = QGuiApplication::screenAt(anchor_.center());
     if (!screen)
         screen = QGuiApplication::primaryScreen();
-    const QRectF frame = popoverFrame(QRectF(anchor_), QSizeF(size));
-    const QRect placed =
-        screen ? fitPopoverToScreen(frame, QRectF(anchor_), screen->availableGeometry())
-               : frame.toRect();
+    if (!screen) {
+        window_->setFixedSize(MenuBarPopoverContent::kWidth, height);
+        window_->move(popoverFrame(QRectF(anchor_), QSizeF(window_->size())).toRect().topLeft());
+        return;
+    }
+    const QRectF geometry(screen->geometry());
+    const QRectF available(screen->availableGeometry());
+    const QPointF click = QRectF(anchor_).center();
+    // Without a work area (no window manager publishes one) the panel is the window under
+    // the click, asked of the X server in its own pixels.
+    QRectF windowUnderClick;
+    if (available.contains(click)) {
+        const QList<ScreenSpace> spaces = screenSpaces();
+        if (const std::optional<QRect> found =
+                x11WindowAt(logicalToDevice(click, spaces), window_->internalWinId())) {
+            const QPointF topLeft = deviceToLogical(found->topLeft(), spaces);
+            windowUnderClick = QRectF(topLeft, QSizeF(found->size()) / screen->devicePixelRatio());
+        }
+    }
+    const QRectF panel = panelAt(click, geometry, available, windowUnderClick);
+    const QSizeF wanted(MenuBarPopoverContent::kWidth, height);
+    QRect placed = panel.isEmpty() ? fitPopoverToScreen(popoverFrame(QRectF(anchor_), wanted),
+                                                        QRectF(anchor_), available.toRect())
+                                   : placeBesidePanel(click, wanted, panel, geometry, available);
+    placed.setHeight(std::min(placed.height(), int(available.height())));
+    if (placed.height() < height) {
+        // Scrolling: room for the scroll bar beside the content's fixed width.
+        const int bar = scroll_->style()->pixelMetric(QStyle::PM_ScrollBarExtent);
+        if (placed.right() + bar > available.right())
+            placed.moveLeft(placed.left() - bar);
+        placed.setWidth(placed.width() + bar);
+    }
     window_->setFixedSize(placed.size());
     window_->move(placed.topLeft());
 }

@@ -208,13 +208,11 @@ void MenuBarPopoverWindowController::place() {
                                                         QRectF(anchor_), available.toRect())
                                    : placeBesidePanel(click, wanted, panel, geometry, available);
     placed.setHeight(std::min(placed.height(), int(available.height())));
-    if (placed.height() < height) {
-        // Scrolling: room for the scroll bar beside the content's fixed width.
-        const int bar = scroll_->style()->pixelMetric(QStyle::PM_ScrollBarExtent);
-        if (placed.right() + bar > available.right())
-            placed.moveLeft(placed.left() - bar);
-        placed.setWidth(placed.width() + bar);
-    }
+    // Scrolling: the scroll bar takes its width from the content, so the window stays as
+    // wide as ever.
+    const int bar = scroll_->style()->pixelMetric(QStyle::PM_ScrollBarExtent);
+    content_->setFixedWidth(placed.height() < height ? MenuBarPopoverContent::kWidth - bar
+                                                     : MenuBarPopoverContent::kWidth);
     window_->setFixedSize(placed.size());
     window_->move(placed.topLeft());
 }

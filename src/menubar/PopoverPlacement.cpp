@@ -7,10 +7,13 @@ namespace lumetra {
 
 namespace {
 
+// Edges rounded one by one, so a frame that ends at a screen's edge does not round past it.
 QRect rounded(const QRectF& rect) {
-    return QRect(static_cast<int>(std::lround(rect.x())), static_cast<int>(std::lround(rect.y())),
-                 static_cast<int>(std::lround(rect.width())),
-                 static_cast<int>(std::lround(rect.height())));
+    const auto left = static_cast<int>(std::lround(rect.left()));
+    const auto top = static_cast<int>(std::lround(rect.top()));
+    const auto right = static_cast<int>(std::lround(rect.right()));
+    const auto bottom = static_cast<int>(std::lround(rect.bottom()));
+    return QRect(left, top, right - left, bottom - top);
 }
 
 double clampTo(double value, double low, double high) {

@@ -1,5 +1,6 @@
 #include "menubar/MenuBarPopoverContent.h"
 
+#include "appearance/DesktopColorScheme.h"
 #include "appearance/GlassBackground.h"
 #include "core/AppState.h"
 #include "dashboard/DashboardTheme.h"
@@ -44,11 +45,19 @@ MenuBarPopoverContent::MenuBarPopoverContent(AppState& appState, QWidget* parent
             &MenuBarPopoverContent::applyAppearance);
     connect(&appState_.settings(), &SettingsStore::themePreferenceChanged, this,
             &MenuBarPopoverContent::applyAppearance);
+    colorScheme_ = new DesktopColorScheme(QDBusConnection::sessionBus(), this);
+    connect(colorScheme_, &DesktopColorScheme::preferenceChanged, this,
+            &MenuBarPopoverContent::applyAppearance);
     applyAppearance();
 }
 
 bool MenuBarPopoverContent::isDark() const {
-    return DashboardTheme::prefersDark(appState_.settings().themePreference());
+    const ThemePreference theme = appState_.settings().themePreference();
+    // "System" follows the desktop's dark style, which Qt's palette does not carry.
+    if (theme == ThemePreference::system && colorScheme_)
+        return DesktopColorScheme::isDark(colorScheme_->preference(),
+                                          DashboardTheme::prefersDark(theme));
+    return DashboardTheme::prefersDark(theme);
 }
 
 void MenuBarPopoverContent::applyAppearance() {

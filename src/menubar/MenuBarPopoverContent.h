@@ -6,6 +6,7 @@ namespace lumetra {
 
 class AppState;
 class DashboardView;
+class DesktopColorScheme;
 class GlassBackground;
 
 // What the popover shows: the dashboard over the glass background, drawn with the effective
@@ -39,6 +40,7 @@ private:
     AppState& appState_;
     GlassBackground* background_;
     DashboardView* dashboard_;
+    DesktopColorScheme* colorScheme_ = nullptr;
 };
 
 } // namespace lumetra

@@ -77,6 +77,10 @@ void MenuBarPopoverContent::setOpaqueBackground(bool opaque) {
     background_->setOpaque(opaque);
 }
 
+void MenuBarPopoverContent::setBlurredBehind(bool blurred) {
+    background_->setBlurredBehind(blurred);
+}
+
 int MenuBarPopoverContent::preferredHeight() const {
     // The dashboard knows its height at once; the layouts learn of a change only later.
     return dashboard_->sizeHint().height();

@@ -25,6 +25,8 @@ public:
     bool isDark() const;
     // No compositor behind the window: draw the background opaque.
     void setOpaqueBackground(bool opaque);
+    // The compositor blurs behind the window.
+    void setBlurredBehind(bool blurred);
 
 signals:
     void settingsRequested();

@@ -116,6 +116,10 @@ void MenuBarPopoverWindowController::createWindow() {
     scroll_->viewport()->setAutoFillBackground(false);
     content_ = new MenuBarPopoverContent(appState_);
     content_->setOpaqueBackground(!translucent);
+    // Where the compositor blurs behind the popover the glass keeps its translucency; else
+    // it is drawn dense enough to read over any desktop.
+    if (translucent)
+        content_->setBlurredBehind(requestBlurBehind(window_->winId()));
     scroll_->setWidget(content_);
     layout->addWidget(scroll_);
     connect(content_, &MenuBarPopoverContent::settingsRequested, this, [this] {

@@ -47,12 +47,11 @@ QColor DashboardTheme::primary() const {
 }
 
 QColor DashboardTheme::secondary() const {
-    // Dense enough for a WCAG contrast of 4.5:1 over the popover's glass on any desktop.
-    return dark_ ? QColor(235, 235, 245, 215) : QColor(60, 60, 67, 215);
+    return dark_ ? QColor(235, 235, 245, 153) : QColor(60, 60, 67, 153);
 }
 
 QColor DashboardTheme::quaternary() const {
-    return dark_ ? QColor(235, 235, 245, 215) : QColor(60, 60, 67, 215);
+    return dark_ ? QColor(235, 235, 245, 46) : QColor(60, 60, 67, 46);
 }
 
 QColor DashboardTheme::cardFill() const {
@@ -62,7 +61,7 @@ QColor DashboardTheme::cardFill() const {
 }
 
 QColor DashboardTheme::divider() const {
-    return dark_ ? QColor(235, 235, 245, 215) : QColor(60, 60, 67, 215);
+    return dark_ ? QColor(235, 235, 245, 56) : QColor(60, 60, 67, 56);
 }
 
 QColor DashboardTheme::orange() const {

@@ -31,10 +31,14 @@ constexpr int kSameClickSlack = 24;
 
 class MenuBarPopoverWindowController::Window : public QWidget {
 public:
-    Window(MenuBarPopoverWindowController& controller, bool translucent)
-        : QWidget(nullptr, Qt::Popup | Qt::FramelessWindowHint), controller_(controller),
-          translucent_(translucent) {
-        setAttribute(Qt::WA_TranslucentBackground, translucent);
+    // `placeable`: a frameless popup the app places by the panel. Otherwise (a Wayland
+    // client, which cannot place its windows) a small titled window the compositor places,
+    // kept out of task lists where the platform allows, closed when it loses the focus.
+    Window(MenuBarPopoverWindowController& controller, bool translucent, bool placeable)
+        : QWidget(nullptr, placeable ? Qt::Popup | Qt::FramelessWindowHint
+                                     : Qt::Tool | Qt::WindowTitleHint | Qt::WindowCloseButtonHint),
+          controller_(controller), translucent_(translucent && placeable), popup_(placeable) {
+        setAttribute(Qt::WA_TranslucentBackground, translucent_);
         setAttribute(Qt::WA_DeleteOnClose, false);
         setObjectName(QStringLiteral("LumetraPopover"));
         setWindowTitle(QStringLiteral("lumetra"));
@@ -72,6 +76,13 @@ protected:
             setMask(QRegion(shape.toFillPolygon().toPolygon()));
         }
     }
+    void changeEvent(QEvent* event) override {
+        QWidget::changeEvent(event);
+        // A popup closes on a click outside by itself; the titled window on losing focus.
+        if (!popup_ && event->type() == QEvent::ActivationChange && isVisible() &&
+            !isActiveWindow())
+            hide();
+    }
     bool event(QEvent* event) override {
         // The content changed its height (another card style): follow it in place.
         if (event->type() == QEvent::LayoutRequest && isVisible())
@@ -83,6 +94,7 @@ protected:
 private:
     MenuBarPopoverWindowController& controller_;
     bool translucent_;
+    bool popup_;
 };
 
 MenuBarPopoverWindowController::MenuBarPopoverWindowController(AppState& appState, QObject* parent)
@@ -100,9 +112,14 @@ bool MenuBarPopoverWindowController::isVisible() const {
     return window_ && window_->isVisible();
 }
 
+bool MenuBarPopoverWindowController::platformPlacesWindows(const QString& platformName) {
+    return !platformName.startsWith(QLatin1String("wayland"));
+}
+
 void MenuBarPopoverWindowController::createWindow() {
-    const bool translucent = windowTranslucencyAvailable();
-    window_ = new Window(*this, translucent);
+    const bool placeable = platformPlacesWindows(QGuiApplication::platformName());
+    const bool translucent = placeable && windowTranslucencyAvailable();
+    window_ = new Window(*this, translucent, placeable);
     auto* layout = new QVBoxLayout(window_);
     layout->setContentsMargins(0, 0, 0, 0);
     // On a small screen at a large scale the dashboard is taller than the screen: the window

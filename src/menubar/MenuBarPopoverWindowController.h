@@ -40,6 +40,9 @@ public:
     QWidget* window() const;
     MenuBarPopoverContent* content() const { return content_; }
 
+    // Whether windows of this Qt platform can be placed by the app: not on Wayland, where
+    // the popover is a small titled window instead.
+    static bool platformPlacesWindows(const QString& platformName);
     // The screens as the placement sees them.
     static QList<ScreenSpace> screenSpaces();
 

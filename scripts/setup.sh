@@ -7,6 +7,8 @@ packages=(
     build-essential cmake ninja-build pkg-config git
     qt6-base-dev qt6-base-dev-tools qt6-tools-dev qt6-tools-dev-tools qt6-l10n-tools
     qt6-svg-dev libgl-dev libxcb1-dev
+    # A source build started in a Wayland session without Xwayland needs the wayland platform.
+    qt6-wayland
     libgtest-dev libgmock-dev googletest libbenchmark-dev
     clang libclang-rt-14-dev clang-format valgrind
     xvfb xauth dbus x11-utils libglib2.0-bin fonts-dejavu-core iproute2 util-linux dosfstools e2fsprogs procps python3 python3-psutil

@@ -678,6 +678,12 @@
         <translation>lumetra: Keine Leiste kann hier das Symbol von lumetra zeigen (kein StatusNotifierWatcher auf dem Sitzungsbus und kein Systembereich); starten Sie lumetra erneut, um das Dashboard zu öffnen
 </translation>
     </message>
+    <message>
+        <source>lumetra: the session bus went away; exiting
+</source>
+        <translation>lumetra: Der Sitzungsbus ist weg; lumetra wird beendet
+</translation>
+    </message>
 </context>
 <context>
     <name>lumetra::MenuBarSettingsView</name>

@@ -110,6 +110,12 @@ void LumetraApp::installStatusItem() {
     connect(item, &StatusItemController::showDashboardRequested, this, [this] { showPopover({}); });
     connect(item, &StatusItemController::settingsRequested, this, &LumetraApp::showSettings);
     connect(item, &StatusItemController::quitRequested, this, &LumetraApp::quit);
+    // Nothing on a new bus could reach this process, and a later start there must not find a
+    // twin running unseen: end it.
+    connect(item, &StatusItemController::sessionBusLost, this, [] {
+        std::fputs(qPrintable(tr("lumetra: the session bus went away; exiting\n")), stderr);
+        QCoreApplication::exit(kSessionBusLostExitCode);
+    });
     if (!item->panelAvailable())
         std::fputs(qPrintable(tr("lumetra: no panel here can show lumetra's item (no "
                                  "StatusNotifierWatcher on the session bus and no system "

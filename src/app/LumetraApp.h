@@ -32,6 +32,9 @@ public:
         bool openSettings = false; // started with --settings
     };
 
+    // The process's status when the session bus went away under it.
+    static constexpr int kSessionBusLostExitCode = 1;
+
     explicit LumetraApp(Options options, QObject* parent = nullptr);
     ~LumetraApp() override;
 

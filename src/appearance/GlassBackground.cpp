@@ -62,6 +62,25 @@ void GlassBackground::setOpaque(bool opaque) {
     update();
 }
 
+void GlassBackground::setBlurredBehind(bool blurred) {
+    if (blurred == blurredBehind_)
+        return;
+    blurredBehind_ = blurred;
+    update();
+}
+
+QColor GlassBackground::drawnColor(const AppearanceConfiguration& configuration, bool dark,
+                                   bool blurredBehind) {
+    QColor color = compositeColor(configuration, dark);
+    if (blurredBehind || color.alphaF() >= kUnblurredMinimumAlpha)
+        return color;
+    // An empty stack (everything at 0) still gets the window colour to stand on.
+    if (color.alpha() == 0)
+        color = windowColor(dark);
+    color.setAlphaF(static_cast<float>(kUnblurredMinimumAlpha));
+    return color;
+}
+
 QColor GlassBackground::windowColor(bool dark) {
     return dark ? QColor(0x32, 0x32, 0x34) : QColor(0xEC, 0xEC, 0xEE);
 }
@@ -129,7 +148,8 @@ void GlassBackground::paintEvent(QPaintEvent*) {
     painter.setRenderHint(QPainter::Antialiasing);
     QPainterPath shape;
     shape.addRoundedRect(QRectF(rect()), cornerRadius_, cornerRadius_);
-    painter.fillPath(shape, compositeColor(configuration_, dark_, opaque_));
+    painter.fillPath(shape, opaque_ ? compositeColor(configuration_, dark_, true)
+                                    : drawnColor(configuration_, dark_, blurredBehind_));
 }
 
 } // namespace lumetra

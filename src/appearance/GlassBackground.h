@@ -33,6 +33,15 @@ public:
     // over the window colour as one opaque fill.
     bool isOpaque() const { return opaque_; }
     void setOpaque(bool opaque);
+    // The compositor blurs what lies behind the window (KWin, asked to): the glass keeps its
+    // own translucency. Otherwise a busy or contrasting desktop would show through sharp, so
+    // the stack is drawn at least kUnblurredMinimumAlpha opaque.
+    bool isBlurredBehind() const { return blurredBehind_; }
+    void setBlurredBehind(bool blurred);
+
+    // Enough that the primary text keeps a WCAG contrast of 7:1 over a white, a black or a
+    // busy background in every mode and theme.
+    static constexpr double kUnblurredMinimumAlpha = 0.9;
 
     // What each layer is filled with, for the painter and for tests.
     static QColor windowColor(bool dark);
@@ -42,6 +51,10 @@ public:
     // The colour the whole stack comes to.
     static QColor compositeColor(const AppearanceConfiguration& configuration, bool dark,
                                  bool opaque = false);
+    // The colour drawn on a translucent window: the composite, at least
+    // kUnblurredMinimumAlpha opaque unless the compositor blurs behind it.
+    static QColor drawnColor(const AppearanceConfiguration& configuration, bool dark,
+                             bool blurredBehind);
 
 signals:
     void configurationChanged();
@@ -56,6 +69,7 @@ private:
     double cornerRadius_ = 16;
     bool dark_ = false;
     bool opaque_ = false;
+    bool blurredBehind_ = false;
 };
 
 } // namespace lumetra

@@ -105,10 +105,10 @@ void writeNode(QDBusArgument& out, int id, const QVariantMap& properties,
 
 } // namespace
 
-DBusMenu::DBusMenu(QList<DBusMenuEntry> entries, QObject* parent)
+DBusMenu::DBusMenu(PanelMenu menu, QObject* parent)
     : StatusNotifierDBusObject(QStringLiteral("com.canonical.dbusmenu"),
                                QString::fromLatin1(kIntrospection), parent),
-      entries_(std::move(entries)) {
+      menu_(std::move(menu)) {
     static const bool registered = [] {
         qDBusRegisterMetaType<DBusMenuItemProperties>();
         qDBusRegisterMetaType<QList<DBusMenuItemProperties>>();
@@ -126,18 +126,11 @@ QVariantMap DBusMenu::properties() const {
     };
 }
 
-const DBusMenuEntry* DBusMenu::entry(int id) const {
-    for (const DBusMenuEntry& candidate : entries_)
-        if (candidate.id == id)
-            return &candidate;
-    return nullptr;
-}
-
 QVariantMap DBusMenu::itemProperties(int id, const QStringList& names) const {
     QVariantMap properties;
     if (id == 0) {
         properties.insert(QStringLiteral("children-display"), QStringLiteral("submenu"));
-    } else if (const DBusMenuEntry* found = entry(id)) {
+    } else if (const PanelMenuEntry* found = menu_.find(id)) {
         properties.insert(QStringLiteral("label"), escapedLabel(found->label));
         properties.insert(QStringLiteral("enabled"), true);
         properties.insert(QStringLiteral("visible"), true);
@@ -152,7 +145,7 @@ QVariantMap DBusMenu::itemProperties(int id, const QStringList& names) const {
 }
 
 void DBusMenu::click(int id, const QString& eventId) {
-    if (eventId != QLatin1String("clicked") || !entry(id))
+    if (eventId != QLatin1String("clicked") || !menu_.find(id))
         return;
     // After the reply, so the host is not kept waiting by what the click opens.
     QTimer::singleShot(0, this, [this, id] { emit triggered(id); });
@@ -173,12 +166,12 @@ bool DBusMenu::handleMethod(const QDBusMessage& message, const QDBusConnection& 
         const int parentId = arguments.value(0).toInt();
         const int depth = arguments.value(1).toInt();
         const QStringList names = arguments.value(2).toStringList();
-        if (parentId != 0 && !entry(parentId))
+        if (parentId != 0 && !menu_.find(parentId))
             return unknownId(parentId);
         QList<QVariantMap> children;
         QList<int> childIds;
         if (parentId == 0 && depth != 0) {
-            for (const DBusMenuEntry& child : entries_) {
+            for (const PanelMenuEntry& child : menu_.entries) {
                 children.append(itemProperties(child.id, names));
                 childIds.append(child.id);
             }
@@ -193,12 +186,12 @@ bool DBusMenu::handleMethod(const QDBusMessage& message, const QDBusConnection& 
         const QStringList names = arguments.value(1).toStringList();
         if (ids.isEmpty()) {
             ids.append(0);
-            for (const DBusMenuEntry& each : entries_)
+            for (const PanelMenuEntry& each : menu_.entries)
                 ids.append(each.id);
         }
         QList<DBusMenuItemProperties> items;
         for (const int id : ids)
-            if (id == 0 || entry(id))
+            if (id == 0 || menu_.find(id))
                 items.append({id, itemProperties(id, names)});
         connection.send(message.createReply(QVariant::fromValue(items)));
         return true;
@@ -207,7 +200,7 @@ bool DBusMenu::handleMethod(const QDBusMessage& message, const QDBusConnection& 
         const int id = arguments.value(0).toInt();
         const QVariantMap properties = itemProperties(id, {});
         const QString name = arguments.value(1).toString();
-        if ((id != 0 && !entry(id)) || !properties.contains(name))
+        if ((id != 0 && !menu_.find(id)) || !properties.contains(name))
             return unknownId(id);
         connection.send(
             message.createReply(QVariant::fromValue(QDBusVariant(properties.value(name)))));
@@ -215,7 +208,7 @@ bool DBusMenu::handleMethod(const QDBusMessage& message, const QDBusConnection& 
     }
     if (member == QLatin1String("Event") && signature == QLatin1String("isvu")) {
         const int id = arguments.value(0).toInt();
-        if (id != 0 && !entry(id))
+        if (id != 0 && !menu_.find(id))
             return unknownId(id);
         connection.send(message.createReply());
         click(id, arguments.value(1).toString());
@@ -234,7 +227,7 @@ bool DBusMenu::handleMethod(const QDBusMessage& message, const QDBusConnection& 
             events.beginStructure();
             events >> id >> eventId >> data >> timestamp;
             events.endStructure();
-            if (id != 0 && !entry(id))
+            if (id != 0 && !menu_.find(id))
                 idErrors.append(id);
             else
                 clicks.append({id, eventId});
@@ -247,7 +240,7 @@ bool DBusMenu::handleMethod(const QDBusMessage& message, const QDBusConnection& 
     }
     if (member == QLatin1String("AboutToShow") && signature == QLatin1String("i")) {
         const int id = arguments.value(0).toInt();
-        if (id != 0 && !entry(id))
+        if (id != 0 && !menu_.find(id))
             return unknownId(id);
         // The entries never change while the menu is open.
         connection.send(message.createReply(false));
@@ -256,7 +249,7 @@ bool DBusMenu::handleMethod(const QDBusMessage& message, const QDBusConnection& 
     if (member == QLatin1String("AboutToShowGroup") && signature == QLatin1String("ai")) {
         QList<int> idErrors;
         for (const int id : intList(arguments.value(0)))
-            if (id != 0 && !entry(id))
+            if (id != 0 && !menu_.find(id))
                 idErrors.append(id);
         connection.send(message.createReply(
             {QVariant::fromValue(QList<int>()), QVariant::fromValue(idErrors)}));

@@ -11,6 +11,7 @@
 #include <QDBusObjectPath>
 #include <QDBusPendingCallWatcher>
 #include <QDBusPendingReply>
+#include <QDBusReply>
 #include <QDBusServiceWatcher>
 #include <QDBusVariant>
 
@@ -105,10 +106,17 @@ bool StatusNotifierItem::start() {
                 watcherOwnerChanged(newOwner);
             });
     // A host that drops the item while it still runs (GNOME's extension does when the item
-    // registered while it was itself still starting) is asked again, a few times.
-    connection_.connect(watcherService(), QStringLiteral("/StatusNotifierWatcher"),
-                        watcherService(), QStringLiteral("StatusNotifierItemUnregistered"), this,
+    // registered while it was itself still starting) is asked again.
+    const QString path = QStringLiteral("/StatusNotifierWatcher");
+    connection_.connect(watcherService(), path, watcherService(),
+                        QStringLiteral("StatusNotifierItemUnregistered"), this,
                         SLOT(itemUnregistered(QString)));
+    connection_.connect(watcherService(), path, watcherService(),
+                        QStringLiteral("StatusNotifierHostRegistered"), this,
+                        SLOT(hostRegistered()));
+    connection_.connect(watcherService(), path, watcherService(),
+                        QStringLiteral("StatusNotifierHostUnregistered"), this,
+                        SLOT(hostUnregistered()));
     retryTimer_.setSingleShot(true);
     connect(&retryTimer_, &QTimer::timeout, this, [this] {
         if (watcherPresent_)
@@ -117,7 +125,14 @@ bool StatusNotifierItem::start() {
     const QDBusReply<bool> present = connection_.interface()->isServiceRegistered(watcherService());
     watcherOwnerChanged(present.isValid() && present.value() ? QStringLiteral("present")
                                                              : QString());
+    updateState();
     return true;
+}
+
+void StatusNotifierItem::setRetryDelays(int firstMs, int maxMs) {
+    firstRetryDelayMs_ = std::max(1, firstMs);
+    maxRetryDelayMs_ = std::max(firstRetryDelayMs_, maxMs);
+    retryDelayMs_ = firstRetryDelayMs_;
 }
 
 bool StatusNotifierItem::namesThisItem(const QString& entry) const {
@@ -129,21 +144,70 @@ bool StatusNotifierItem::namesThisItem(const QString& entry) const {
 }
 
 void StatusNotifierItem::itemUnregistered(const QString& service) {
-    if (!namesThisItem(service) || !watcherPresent_ || retries_ >= kMaxRetries)
+    if (!namesThisItem(service) || !watcherPresent_)
         return;
-    ++retries_;
-    qCInfo(logUi).noquote() << "the panel dropped lumetra's item; registering it again";
+    if (registered_ && registeredFor_.isValid() && registeredFor_.elapsed() >= maxRetryDelayMs_)
+        retryDelayMs_ = firstRetryDelayMs_;
+    qCInfo(logUi).noquote() << "the panel dropped lumetra's item; registering it again in"
+                            << retryDelayMs_ << "ms";
     setRegistered(false);
-    retryTimer_.start(kRetryDelayMs);
+    retryLater();
+}
+
+void StatusNotifierItem::hostRegistered() {
+    hostPresent_ = true;
+    // A new host may be the first that draws anything: whatever the pause, register now.
+    if (watcherPresent_ && !registered_)
+        registerNow();
+    updateState();
+}
+
+void StatusNotifierItem::hostUnregistered() {
+    // Other hosts may remain: ask.
+    readHostPresent();
 }
 
 void StatusNotifierItem::watcherOwnerChanged(const QString& newOwner) {
-    retries_ = 0;
-    retryTimer_.stop();
     setRegistered(false);
     setWatcherPresent(!newOwner.isEmpty());
-    if (!newOwner.isEmpty())
-        registerWithWatcher();
+    refusal_.clear();
+    hostPresent_ = true;
+    if (!newOwner.isEmpty()) {
+        readHostPresent();
+        registerNow();
+    } else {
+        retryTimer_.stop();
+    }
+    updateState();
+}
+
+void StatusNotifierItem::registerNow() {
+    retryTimer_.stop();
+    retryDelayMs_ = firstRetryDelayMs_;
+    registerWithWatcher();
+}
+
+void StatusNotifierItem::retryLater() {
+    retryTimer_.start(retryDelayMs_);
+    retryDelayMs_ = std::min(retryDelayMs_ * 2, maxRetryDelayMs_);
+}
+
+void StatusNotifierItem::readHostPresent() {
+    QDBusMessage get = QDBusMessage::createMethodCall(
+        watcherService(), QStringLiteral("/StatusNotifierWatcher"),
+        QStringLiteral("org.freedesktop.DBus.Properties"), QStringLiteral("Get"));
+    get << watcherService() << QStringLiteral("IsStatusNotifierHostRegistered");
+    auto* pending = new QDBusPendingCallWatcher(connection_.asyncCall(get), this);
+    connect(pending, &QDBusPendingCallWatcher::finished, this,
+            [this](QDBusPendingCallWatcher* finished) {
+                finished->deleteLater();
+                const QDBusPendingReply<QDBusVariant> reply = *finished;
+                if (!watcherPresent_)
+                    return;
+                // A watcher that does not say is taken to have a host.
+                hostPresent_ = reply.isError() || reply.value().variant().toBool();
+                updateState();
+            });
 }
 
 void StatusNotifierItem::registerWithWatcher() {
@@ -185,15 +249,19 @@ void StatusNotifierItem::callRegister() {
             [this](QDBusPendingCallWatcher* finished) {
                 finished->deleteLater();
                 const QDBusPendingReply<> reply = *finished;
+                // A reply that arrives after the watcher went away counts for nothing.
+                if (!watcherPresent_)
+                    return;
                 if (reply.isError()) {
-                    qCWarning(logUi).noquote()
-                        << "the panel's StatusNotifierWatcher refused lumetra's item:"
-                        << reply.error().message();
+                    refusal_ = reply.error().message();
+                    if (refusal_.isEmpty())
+                        refusal_ = reply.error().name();
+                    updateState();
+                    retryLater();
                     return;
                 }
-                // A reply that arrives after the watcher went away counts for nothing.
-                if (watcherPresent_)
-                    setRegistered(true);
+                refusal_.clear();
+                setRegistered(true);
             });
 }
 
@@ -205,10 +273,34 @@ void StatusNotifierItem::setWatcherPresent(bool present) {
 }
 
 void StatusNotifierItem::setRegistered(bool registered) {
+    if (registered)
+        registeredFor_.start();
+    else
+        registeredFor_.invalidate();
     if (registered_ == registered)
         return;
     registered_ = registered;
     emit registeredChanged();
+    updateState();
+}
+
+void StatusNotifierItem::updateState() {
+    using S = StatusNotifierState;
+    S state = S::connecting;
+    if (!started_)
+        state = S::noBus;
+    else if (!watcherPresent_)
+        state = S::noWatcher;
+    else if (!hostPresent_)
+        state = S::noHost;
+    else if (registered_)
+        state = S::registered;
+    else if (!refusal_.isEmpty())
+        state = S::refused;
+    if (state_ == state)
+        return;
+    state_ = state;
+    emit stateChanged();
 }
 
 void StatusNotifierItem::setTitle(const QString& title) {
@@ -228,8 +320,13 @@ bool StatusNotifierItem::setLabel(const QString& label, const QString& guide) {
 }
 
 bool StatusNotifierItem::setIconPixmaps(const StatusNotifierIconPixmaps& pixmaps) {
-    if (pixmaps_ == pixmaps)
+    return setIcon(iconName_, pixmaps);
+}
+
+bool StatusNotifierItem::setIcon(const QString& name, const StatusNotifierIconPixmaps& pixmaps) {
+    if (iconName_ == name && pixmaps_ == pixmaps)
         return false;
+    iconName_ = name;
     pixmaps_ = pixmaps;
     emitSignal(QStringLiteral("NewIcon"));
     return true;
@@ -256,7 +353,7 @@ QVariantMap StatusNotifierItem::properties() const {
     toolTip.beginStructure();
     toolTip << QString() << StatusNotifierIconPixmaps() << toolTipTitle_ << toolTipText_;
     toolTip.endStructure();
-    return {
+    QVariantMap properties{
         {QStringLiteral("Category"), QStringLiteral("SystemServices")},
         {QStringLiteral("Id"), id_},
         {QStringLiteral("Title"), title_},
@@ -269,6 +366,11 @@ QVariantMap StatusNotifierItem::properties() const {
         {QStringLiteral("XAyatanaLabel"), label_},
         {QStringLiteral("XAyatanaLabelGuide"), labelGuide_},
     };
+    // Only when there is one: hosts take an empty name for a missing icon rather than
+    // falling back to the pixmaps.
+    if (!iconName_.isEmpty())
+        properties.insert(QStringLiteral("IconName"), iconName_);
+    return properties;
 }
 
 bool StatusNotifierItem::handleMethod(const QDBusMessage& message,

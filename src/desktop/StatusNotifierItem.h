@@ -2,8 +2,10 @@
 
 #include "desktop/StatusNotifierDBusObject.h"
 #include "desktop/StatusNotifierIconPixmap.h"
+#include "desktop/StatusNotifierState.h"
 
 #include <QDBusConnection>
+#include <QElapsedTimer>
 #include <QPoint>
 #include <QTimer>
 
@@ -16,12 +18,16 @@ class DBusMenu;
 // The panel item as an org.kde.StatusNotifierItem on the session bus: a text label for the
 // hosts that show one (XAyatanaLabel), an icon, a tooltip and a menu. It owns the name
 // org.kde.StatusNotifierItem-PID-1, registers with org.kde.StatusNotifierWatcher, and again
-// whenever that name gets a new owner (a restarted panel or shell). Signals go out only
-// when what they announce really changed, so a quiet tick sends nothing.
+// whenever that name gets a new owner (a restarted panel or shell) or a host registers. A
+// refused registration or a host that dropped the item is tried again without end, the pause
+// doubling from a second to a minute. state() tells whether anybody draws the item, so the
+// tray can stand in. Signals go out only when what they announce really changed, so a quiet
+// tick sends nothing.
 class StatusNotifierItem : public StatusNotifierDBusObject {
     Q_OBJECT
     Q_PROPERTY(bool watcherPresent READ isWatcherPresent NOTIFY watcherPresentChanged)
     Q_PROPERTY(bool registered READ isRegistered NOTIFY registeredChanged)
+    Q_PROPERTY(lumetra::StatusNotifierState state READ state NOTIFY stateChanged)
 
 public:
     static QString watcherService();
@@ -39,16 +45,28 @@ public:
     const QString& serviceName() const { return service_; }
     bool isWatcherPresent() const { return watcherPresent_; }
     bool isRegistered() const { return registered_; }
+    bool isHostPresent() const { return hostPresent_; }
+    StatusNotifierState state() const { return state_; }
+    // The watcher's answer when it refused the item.
+    const QString& refusal() const { return refusal_; }
+
+    // The pause before the first retry and its ceiling; each retry in a row doubles it.
+    void setRetryDelays(int firstMs, int maxMs);
+    int nextRetryDelayMs() const { return retryDelayMs_; }
 
     const QString& label() const { return label_; }
     const QString& labelGuide() const { return labelGuide_; }
     const StatusNotifierIconPixmaps& iconPixmaps() const { return pixmaps_; }
+    const QString& iconName() const { return iconName_; }
 
     void setTitle(const QString& title);
     // XAyatanaNewLabel goes out only when the label or the guide changed; returns whether.
     bool setLabel(const QString& label, const QString& guide);
     // NewIcon goes out only when the images changed; returns whether.
     bool setIconPixmaps(const StatusNotifierIconPixmaps& pixmaps);
+    // An icon from the desktop's theme by name, the pixmaps its fallback; NewIcon only when
+    // either changed. Empty: the pixmaps alone.
+    bool setIcon(const QString& name, const StatusNotifierIconPixmaps& pixmaps);
     // Stored for hosts that ask; announced with NewToolTip only by announceToolTip(), so a
     // tooltip that changes on every tick (the rates) does not cost a signal on every tick.
     void setToolTip(const QString& title, const QString& text);
@@ -66,6 +84,7 @@ signals:
     void scrollRequested(int delta, const QString& orientation);
     void watcherPresentChanged();
     void registeredChanged();
+    void stateChanged();
 
 protected:
     QVariantMap properties() const override;
@@ -73,17 +92,20 @@ protected:
 
 private slots:
     void itemUnregistered(const QString& service);
+    void hostRegistered();
+    void hostUnregistered();
 
 private:
-    static constexpr int kMaxRetries = 3;
-    static constexpr int kRetryDelayMs = 1000;
-
     void watcherOwnerChanged(const QString& newOwner);
+    void registerNow();
+    void retryLater();
+    void readHostPresent();
     void registerWithWatcher();
     void callRegister();
     bool namesThisItem(const QString& entry) const;
     void setWatcherPresent(bool present);
     void setRegistered(bool registered);
+    void updateState();
 
     QDBusConnection connection_;
     DBusMenu& menu_;
@@ -92,16 +114,27 @@ private:
     bool started_ = false;
     bool watcherPresent_ = false;
     bool registered_ = false;
+    // Until the watcher says otherwise: one that cannot answer is given the benefit of the
+    // doubt.
+    bool hostPresent_ = true;
+    QString refusal_;
+    StatusNotifierState state_ = StatusNotifierState::noBus;
     const QString id_ = QStringLiteral("lumetra");
     QString title_ = QStringLiteral("lumetra");
     QString label_;
     QString labelGuide_;
     StatusNotifierIconPixmaps pixmaps_;
+    QString iconName_;
     QString toolTipTitle_;
     QString toolTipText_;
     bool toolTipAnnounced_ = true;
     QTimer retryTimer_;
-    int retries_ = 0;
+    int firstRetryDelayMs_ = 1000;
+    int maxRetryDelayMs_ = 60000;
+    int retryDelayMs_ = 1000;
+    // How long the current registration has held: one that held for the longest pause
+    // starts the next round of retries from the shortest again.
+    QElapsedTimer registeredFor_;
 };
 
 } // namespace lumetra

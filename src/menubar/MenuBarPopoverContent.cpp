@@ -1,8 +1,8 @@
 #include "menubar/MenuBarPopoverContent.h"
 
-#include "appearance/Palette.h"
-
+#include "appearance/DesktopColorScheme.h"
 #include "appearance/GlassBackground.h"
+#include "appearance/Palette.h"
 #include "core/AppState.h"
 #include "dashboard/DashboardTheme.h"
 #include "dashboard/DashboardView.h"
@@ -46,11 +46,19 @@ MenuBarPopoverContent::MenuBarPopoverContent(AppState& appState, QWidget* parent
             &MenuBarPopoverContent::applyAppearance);
     connect(&appState_.settings(), &SettingsStore::themePreferenceChanged, this,
             &MenuBarPopoverContent::applyAppearance);
+    colorScheme_ = new DesktopColorScheme(QDBusConnection::sessionBus(), this);
+    connect(colorScheme_, &DesktopColorScheme::preferenceChanged, this,
+            &MenuBarPopoverContent::applyAppearance);
     applyAppearance();
 }
 
 bool MenuBarPopoverContent::isDark() const {
-    return DashboardTheme::prefersDark(appState_.settings().themePreference());
+    const ThemePreference theme = appState_.settings().themePreference();
+    // "System" follows the desktop's dark style, which Qt's palette does not carry.
+    if (theme == ThemePreference::system && colorScheme_)
+        return DesktopColorScheme::isDark(colorScheme_->preference(),
+                                          DashboardTheme::prefersDark(theme));
+    return DashboardTheme::prefersDark(theme);
 }
 
 void MenuBarPopoverContent::applyAppearance() {
@@ -68,6 +76,10 @@ void MenuBarPopoverContent::applyAppearance() {
 
 void MenuBarPopoverContent::setOpaqueBackground(bool opaque) {
     background_->setOpaque(opaque);
+}
+
+void MenuBarPopoverContent::setBlurredBehind(bool blurred) {
+    background_->setBlurredBehind(blurred);
 }
 
 int MenuBarPopoverContent::preferredHeight() const {

@@ -6,6 +6,7 @@ namespace lumetra {
 
 class AppState;
 class DashboardView;
+class DesktopColorScheme;
 class GlassBackground;
 
 // What the popover shows: the dashboard over the glass background, drawn with the effective
@@ -24,6 +25,8 @@ public:
     bool isDark() const;
     // No compositor behind the window: draw the background opaque.
     void setOpaqueBackground(bool opaque);
+    // The compositor blurs behind the window.
+    void setBlurredBehind(bool blurred);
 
 signals:
     void settingsRequested();
@@ -39,6 +42,7 @@ private:
     AppState& appState_;
     GlassBackground* background_;
     DashboardView* dashboard_;
+    DesktopColorScheme* colorScheme_ = nullptr;
 };
 
 } // namespace lumetra

@@ -3,6 +3,7 @@
 #include "menubar/MenuBarPopoverContent.h"
 #include "menubar/PopoverPlacement.h"
 #include "menubar/WindowTranslucency.h"
+#include "menubar/X11WindowAt.h"
 
 #include <QCursor>
 #include <QGuiApplication>
@@ -11,6 +12,9 @@
 #include <QPainterPath>
 #include <QRegion>
 #include <QScreen>
+#include <QScrollArea>
+#include <QScrollBar>
+#include <QStyle>
 #include <QVBoxLayout>
 #include <QWidget>
 
@@ -27,10 +31,14 @@ constexpr int kSameClickSlack = 24;
 
 class MenuBarPopoverWindowController::Window : public QWidget {
 public:
-    Window(MenuBarPopoverWindowController& controller, bool translucent)
-        : QWidget(nullptr, Qt::Popup | Qt::FramelessWindowHint), controller_(controller),
-          translucent_(translucent) {
-        setAttribute(Qt::WA_TranslucentBackground, translucent);
+    // `placeable`: a frameless popup the app places by the panel. Otherwise (a Wayland
+    // client, which cannot place its windows) a small titled window the compositor places,
+    // kept out of task lists where the platform allows, closed when it loses the focus.
+    Window(MenuBarPopoverWindowController& controller, bool translucent, bool placeable)
+        : QWidget(nullptr, placeable ? Qt::Popup | Qt::FramelessWindowHint
+                                     : Qt::Tool | Qt::WindowTitleHint | Qt::WindowCloseButtonHint),
+          controller_(controller), translucent_(translucent && placeable), popup_(placeable) {
+        setAttribute(Qt::WA_TranslucentBackground, translucent_);
         setAttribute(Qt::WA_DeleteOnClose, false);
         setObjectName(QStringLiteral("LumetraPopover"));
         setWindowTitle(QStringLiteral("lumetra"));
@@ -68,6 +76,13 @@ protected:
             setMask(QRegion(shape.toFillPolygon().toPolygon()));
         }
     }
+    void changeEvent(QEvent* event) override {
+        QWidget::changeEvent(event);
+        // A popup closes on a click outside by itself; the titled window on losing focus.
+        if (!popup_ && event->type() == QEvent::ActivationChange && isVisible() &&
+            !isActiveWindow())
+            hide();
+    }
     bool event(QEvent* event) override {
         // The content changed its height (another card style): follow it in place.
         if (event->type() == QEvent::LayoutRequest && isVisible())
@@ -79,6 +94,7 @@ protected:
 private:
     MenuBarPopoverWindowController& controller_;
     bool translucent_;
+    bool popup_;
 };
 
 MenuBarPopoverWindowController::MenuBarPopoverWindowController(AppState& appState, QObject* parent)
@@ -96,14 +112,33 @@ bool MenuBarPopoverWindowController::isVisible() const {
     return window_ && window_->isVisible();
 }
 
+bool MenuBarPopoverWindowController::platformPlacesWindows(const QString& platformName) {
+    return !platformName.startsWith(QLatin1String("wayland"));
+}
+
 void MenuBarPopoverWindowController::createWindow() {
-    const bool translucent = windowTranslucencyAvailable();
-    window_ = new Window(*this, translucent);
+    const bool placeable = platformPlacesWindows(QGuiApplication::platformName());
+    const bool translucent = placeable && windowTranslucencyAvailable();
+    window_ = new Window(*this, translucent, placeable);
     auto* layout = new QVBoxLayout(window_);
     layout->setContentsMargins(0, 0, 0, 0);
-    content_ = new MenuBarPopoverContent(appState_, window_);
+    // On a small screen at a large scale the dashboard is taller than the screen: the window
+    // then stops at the screen's edge and the content scrolls.
+    scroll_ = new QScrollArea(window_);
+    scroll_->setFrameShape(QFrame::NoFrame);
+    scroll_->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    scroll_->setVerticalScrollBarPolicy(Qt::ScrollBarAsNeeded);
+    scroll_->setWidgetResizable(true);
+    scroll_->setAutoFillBackground(false);
+    scroll_->viewport()->setAutoFillBackground(false);
+    content_ = new MenuBarPopoverContent(appState_);
     content_->setOpaqueBackground(!translucent);
-    layout->addWidget(content_);
+    // Where the compositor blurs behind the popover the glass keeps its translucency; else
+    // it is drawn dense enough to read over any desktop.
+    if (translucent)
+        content_->setBlurredBehind(requestBlurBehind(window_->winId()));
+    scroll_->setWidget(content_);
+    layout->addWidget(scroll_);
     connect(content_, &MenuBarPopoverContent::settingsRequested, this, [this] {
         hide();
         emit settingsRequested();
@@ -155,17 +190,50 @@ void MenuBarPopoverWindowController::noteHidden() {
     emit visibleChanged();
 }
 
+QList<ScreenSpace> MenuBarPopoverWindowController::screenSpaces() {
+    QList<ScreenSpace> spaces;
+    for (const QScreen* screen : QGuiApplication::screens())
+        spaces.append({screen->geometry(), screen->devicePixelRatio()});
+    return spaces;
+}
+
 void MenuBarPopoverWindowController::place() {
     if (!window_)
         return;
-    const QSize size(MenuBarPopoverContent::kWidth, content_->preferredHeight());
+    const int height = content_->preferredHeight();
     QScreen* screen = QGuiApplication::screenAt(anchor_.center());
     if (!screen)
         screen = QGuiApplication::primaryScreen();
-    const QRectF frame = popoverFrame(QRectF(anchor_), QSizeF(size));
-    const QRect placed =
-        screen ? fitPopoverToScreen(frame, QRectF(anchor_), screen->availableGeometry())
-               : frame.toRect();
+    if (!screen) {
+        window_->setFixedSize(MenuBarPopoverContent::kWidth, height);
+        window_->move(popoverFrame(QRectF(anchor_), QSizeF(window_->size())).toRect().topLeft());
+        return;
+    }
+    const QRectF geometry(screen->geometry());
+    const QRectF available(screen->availableGeometry());
+    const QPointF click = QRectF(anchor_).center();
+    // Without a work area (no window manager publishes one) the panel is the window under
+    // the click, asked of the X server in its own pixels.
+    QRectF windowUnderClick;
+    if (available.contains(click)) {
+        const QList<ScreenSpace> spaces = screenSpaces();
+        if (const std::optional<QRect> found =
+                x11WindowAt(logicalToDevice(click, spaces), window_->internalWinId())) {
+            const QPointF topLeft = deviceToLogical(found->topLeft(), spaces);
+            windowUnderClick = QRectF(topLeft, QSizeF(found->size()) / screen->devicePixelRatio());
+        }
+    }
+    const QRectF panel = panelAt(click, geometry, available, windowUnderClick);
+    const QSizeF wanted(MenuBarPopoverContent::kWidth, height);
+    QRect placed = panel.isEmpty() ? fitPopoverToScreen(popoverFrame(QRectF(anchor_), wanted),
+                                                        QRectF(anchor_), available.toRect())
+                                   : placeBesidePanel(click, wanted, panel, geometry, available);
+    placed.setHeight(std::min(placed.height(), int(available.height())));
+    // Scrolling: the scroll bar takes its width from the content, so the window stays as
+    // wide as ever.
+    const int bar = scroll_->style()->pixelMetric(QStyle::PM_ScrollBarExtent);
+    content_->setFixedWidth(placed.height() < height ? MenuBarPopoverContent::kWidth - bar
+                                                     : MenuBarPopoverContent::kWidth);
     window_->setFixedSize(placed.size());
     window_->move(placed.topLeft());
 }

@@ -1,10 +1,13 @@
 #pragma once
 
+#include "menubar/PopoverPlacement.h"
+
 #include <QElapsedTimer>
 #include <QObject>
 #include <QPointer>
 #include <QRect>
 
+class QScrollArea;
 class QWidget;
 
 namespace lumetra {
@@ -22,8 +25,9 @@ public:
     explicit MenuBarPopoverWindowController(AppState& appState, QObject* parent = nullptr);
     ~MenuBarPopoverWindowController() override;
 
-    // Shows the popover around `anchor` (screen coordinates; an empty rectangle means the
-    // mouse pointer), or moves it there when it is already shown.
+    // Shows the popover beside the panel that holds `anchor` (screen coordinates in
+    // device-independent pixels; an empty rectangle means the mouse pointer), or moves it
+    // there when it is already shown.
     void show(const QRect& anchor);
     void hide();
     // A click on the panel item: hides a shown popover, shows a hidden one. A click on the
@@ -35,6 +39,12 @@ public:
     // Absent until the first show.
     QWidget* window() const;
     MenuBarPopoverContent* content() const { return content_; }
+
+    // Whether windows of this Qt platform can be placed by the app: not on Wayland, where
+    // the popover is a small titled window instead.
+    static bool platformPlacesWindows(const QString& platformName);
+    // The screens as the placement sees them.
+    static QList<ScreenSpace> screenSpaces();
 
 signals:
     void visibleChanged();
@@ -52,6 +62,7 @@ private:
     AppState& appState_;
     QPointer<Window> window_;
     MenuBarPopoverContent* content_ = nullptr;
+    QScrollArea* scroll_ = nullptr;
     QRect anchor_;
     QPoint pressOutside_;
     QElapsedTimer sincePressOutside_;

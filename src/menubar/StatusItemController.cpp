@@ -2,36 +2,24 @@
 
 #include "core/SystemMonitor.h"
 #include "desktop/DBusMenu.h"
+#include "desktop/PanelMenu.h"
 #include "desktop/StatusNotifierItem.h"
+#include "desktop/StatusNotifierState.h"
 #include "format/MenuBarLabel.h"
 #include "format/MetricCatalogue.h"
 #include "format/MetricsTooltip.h"
-#include "menubar/LabelFont.h"
 #include "menubar/LabelImage.h"
 #include "menubar/LiveIcon.h"
+#include "menubar/MenuBarPopoverWindowController.h"
+#include "menubar/PopoverPlacement.h"
+#include "menubar/StatusNotifierItemDriver.h"
+#include "menubar/TrayFallback.h"
 #include "model/Logging.h"
 #include "settings/SettingsStore.h"
 
-#include <QIcon>
-#include <QMenu>
-#include <QPixmap>
 #include <QSystemTrayIcon>
 
 namespace lumetra {
-
-namespace {
-
-// The sizes the square icon is drawn at; hosts pick the nearest and scale.
-constexpr int kSquareSizes[] = {16, 22, 24};
-constexpr int kTraySizes[] = {16, 22, 24, 32, 48};
-// How stale a tooltip may grow on hosts that cache it while the icon stays the same.
-constexpr qint64 kToolTipIntervalMs = 10000;
-// The wide label's height: a bar's usual icon size.
-constexpr int kWideHeight = 24;
-// Panels that draw wide icons are dark by default; the label is drawn light on them.
-const QColor kWideTextColor(0xF2, 0xF2, 0xF7);
-
-} // namespace
 
 StatusItemController::StatusItemController(SystemMonitor& monitor, SettingsStore& settings,
                                            QObject* parent)
@@ -40,42 +28,43 @@ StatusItemController::StatusItemController(SystemMonitor& monitor, SettingsStore
 StatusItemController::StatusItemController(SystemMonitor& monitor, SettingsStore& settings,
                                            Options options, QObject* parent)
     : QObject(parent), monitor_(monitor), settings_(settings), options_(std::move(options)),
-      shape_(options_.iconShape.value_or(iconShapeFromEnvironment())) {
-    menu_ = std::make_unique<DBusMenu>(QList<DBusMenuEntry>{
+      shape_(options_.iconShape.value_or(iconShapeFromEnvironment())),
+      bus_(options_.bus ? *options_.bus : QDBusConnection::sessionBus()) {
+    const PanelMenu menu{{
         {showDashboard, tr("Show Dashboard")},
         {settingsEntry, tr("Settings…")},
         {quitEntry, tr("Quit lumetra")},
-    });
-    connect(menu_.get(), &DBusMenu::triggered, this, &StatusItemController::menuTriggered);
+    }};
+    driver_ = std::make_unique<StatusNotifierItemDriver>(bus_, menu, shape_);
+    tray_ = std::make_unique<TrayFallback>(menu);
+    StatusNotifierItem& item = driver_->item();
+    item.setRetryDelays(options_.firstRetryDelayMs, options_.maxRetryDelayMs);
+    connect(&driver_->menu(), &DBusMenu::triggered, this, &StatusItemController::menuTriggered);
+    connect(tray_.get(), &TrayFallback::triggered, this, &StatusItemController::menuTriggered);
+    connect(tray_.get(), &TrayFallback::activated, this, &StatusItemController::toggleRequested);
+    connect(&item, &StatusNotifierItem::activateRequested, this, &StatusItemController::activate);
+    connect(&item, &StatusNotifierItem::secondaryActivateRequested, this,
+            &StatusItemController::activate);
+    connect(&item, &StatusNotifierItem::contextMenuRequested, this,
+            &StatusItemController::activate);
+    connect(&item, &StatusNotifierItem::stateChanged, this, &StatusItemController::updateFallback);
 
-    item_ = std::make_unique<StatusNotifierItem>(
-        options_.bus ? *options_.bus : QDBusConnection::sessionBus(), *menu_);
-    item_->setToolTip(QStringLiteral("lumetra"), {});
-    connect(item_.get(), &StatusNotifierItem::activateRequested, this,
-            &StatusItemController::activate);
-    connect(item_.get(), &StatusNotifierItem::secondaryActivateRequested, this,
-            &StatusItemController::activate);
-    connect(item_.get(), &StatusNotifierItem::contextMenuRequested, this,
-            &StatusItemController::activate);
-    connect(item_.get(), &StatusNotifierItem::watcherPresentChanged, this,
-            &StatusItemController::updateFallback);
-
-    sinceToolTip_.start();
     fallbackTimer_.setSingleShot(true);
-    connect(&fallbackTimer_, &QTimer::timeout, this, &StatusItemController::showTray);
+    connect(&fallbackTimer_, &QTimer::timeout, this, [this] {
+        if (driver_->item().state() == StatusNotifierState::noWatcher)
+            showTray(StatusNotifierState::noWatcher);
+    });
 
     render();
-    if (!item_->start())
-        qCWarning(logUi) << "no session bus: the panel item falls back to the system tray";
-    // At start-up there is nothing to wait for: stand in at once when no watcher runs.
-    if (!item_->isWatcherPresent() && options_.trayFallback)
-        showTray();
+    item.start();
+    // At start-up there is nothing to wait for: stand in at once when nobody draws the item.
+    if (item.state() == StatusNotifierState::noWatcher ||
+        item.state() == StatusNotifierState::noBus)
+        showTray(item.state());
     track();
 }
 
-StatusItemController::~StatusItemController() {
-    delete tray_;
-}
+StatusItemController::~StatusItemController() = default;
 
 StatusItemController::IconShape StatusItemController::iconShapeFor(const QString& currentDesktop,
                                                                    const QString& override) {
@@ -83,14 +72,23 @@ StatusItemController::IconShape StatusItemController::iconShapeFor(const QString
         return IconShape::wide;
     if (override.compare(QLatin1String("square"), Qt::CaseInsensitive) == 0)
         return IconShape::square;
+    if (override.compare(QLatin1String("symbolic"), Qt::CaseInsensitive) == 0)
+        return IconShape::symbolic;
     // wlroots compositors, where waybar is the usual bar and draws icons at their width.
     static const QStringList wideDesktops{QStringLiteral("sway"),  QStringLiteral("hyprland"),
                                           QStringLiteral("river"), QStringLiteral("wayfire"),
                                           QStringLiteral("labwc"), QStringLiteral("niri"),
                                           QStringLiteral("dwl"),   QStringLiteral("wlroots")};
-    for (const QString& desktop : currentDesktop.split(u':', Qt::SkipEmptyParts))
-        if (wideDesktops.contains(desktop.trimmed().toLower()))
+    // Desktops whose top bar shows an item's label as text (GNOME's AppIndicator extension,
+    // Unity's indicators): the icon beside it is a fixed symbol.
+    static const QStringList labelDesktops{QStringLiteral("gnome"), QStringLiteral("unity")};
+    const QStringList desktops = currentDesktop.toLower().split(u':', Qt::SkipEmptyParts);
+    for (const QString& desktop : desktops)
+        if (wideDesktops.contains(desktop.trimmed()))
             return IconShape::wide;
+    for (const QString& desktop : desktops)
+        if (labelDesktops.contains(desktop.trimmed()))
+            return IconShape::symbolic;
     return IconShape::square;
 }
 
@@ -118,18 +116,23 @@ QString StatusItemController::labelGuide(const LabelSettings& settings,
 }
 
 StatusNotifierIconPixmap StatusItemController::iconPixmap(const QImage& image) {
-    const QImage argb = image.convertToFormat(QImage::Format_ARGB32);
-    QList<quint32> pixels;
-    pixels.reserve(qsizetype(argb.width()) * argb.height());
-    for (int y = 0; y < argb.height(); ++y) {
-        const auto* line = reinterpret_cast<const quint32*>(argb.constScanLine(y));
-        pixels.append(QList<quint32>(line, line + argb.width()));
-    }
-    return StatusNotifierIconPixmap::fromArgb32(argb.width(), argb.height(), pixels);
+    return StatusNotifierItemDriver::iconPixmap(image);
+}
+
+StatusNotifierItem* StatusItemController::item() const {
+    return &driver_->item();
+}
+
+DBusMenu* StatusItemController::menu() const {
+    return &driver_->menu();
+}
+
+QSystemTrayIcon* StatusItemController::trayIcon() const {
+    return tray_->trayIcon();
 }
 
 bool StatusItemController::panelAvailable() const {
-    return item_->isWatcherPresent() || QSystemTrayIcon::isSystemTrayAvailable();
+    return driver_->item().isWatcherPresent() || QSystemTrayIcon::isSystemTrayAvailable();
 }
 
 void StatusItemController::track() {
@@ -153,66 +156,28 @@ void StatusItemController::scheduleRender() {
 
 void StatusItemController::render() {
     renderQueued_ = false;
+    // Renders follow every sample, so this notices within a tick that the session's bus went
+    // away; Qt reports no disconnection of its own. A connection that was ever made keeps its
+    // unique name, which tells a lost bus from none at all.
+    if (!busLost_ && !bus_.baseService().isEmpty() && !bus_.isConnected()) {
+        busLost_ = true;
+        emit sessionBusLost();
+    }
     const LabelSettings settings = LabelSettings::from(settings_);
     const SystemMetrics& metrics = monitor_.metrics();
     const QList<MenuBarChipContent> chipList = chips(metrics, monitor_.histories(), settings);
     const QString line = labelLine(metrics, monitor_.histories(), settings);
-    const QList<std::optional<double>> levels =
-        LiveIcon::levels(chipList, metrics.cpuUsage, metrics.memoryPercentage);
 
-    item_->setLabel(line, labelGuide(settings, metrics));
-    // The image is drawn only when what it shows changed: most ticks move no bar by a pixel.
-    bool iconChanged = false;
-    if (shape_ == IconShape::wide) {
-        QList<LabelImagePiece> pieces =
-            settings.style == MenuBarDisplayStyle::textOnly
-                ? LabelImage::textPieces(line)
-                : LabelImage::pieces(chipList, settings.style, settings.separator);
-        if (pieces != drawnPieces_ || item_->iconPixmaps().isEmpty()) {
-            drawnPieces_ = std::move(pieces);
-            iconChanged = item_->setIconPixmaps({iconPixmap(
-                LabelImage::render(drawnPieces_, kWideHeight, labelFont(), kWideTextColor))});
-        }
-    } else if (levels != drawnLevels_ || item_->iconPixmaps().isEmpty()) {
-        drawnLevels_ = levels;
-        StatusNotifierIconPixmaps pixmaps;
-        for (const int size : kSquareSizes)
-            pixmaps.append(iconPixmap(LiveIcon::render(size, levels)));
-        iconChanged = item_->setIconPixmaps(pixmaps);
-    }
-    item_->setToolTip(QStringLiteral("lumetra"), metricsTooltip(metrics, monitor_.diskVolumes()));
-    // The tooltip's figures move on every tick. Trays that show tooltips read the whole item
-    // again on any New… signal (xfce4-panel: some 6 kB a time), so a NewIcon carries the
-    // tooltip too; on its own NewToolTip goes out at most every few seconds.
-    if (iconChanged) {
-        item_->noteToolTipDelivered();
-        sinceToolTip_.restart();
-    } else if (!item_->isToolTipAnnounced() && sinceToolTip_.hasExpired(kToolTipIntervalMs)) {
-        item_->announceToolTip();
-        sinceToolTip_.restart();
-    }
-
-    if (tray_) {
-        if (line != trayToolTip_) {
-            trayToolTip_ = line;
-            tray_->setToolTip(line);
-        }
-        if (levels != trayLevels_) {
-            trayLevels_ = levels;
-            const QImage image = LiveIcon::render(24, levels);
-            if (image != trayImage_) {
-                trayImage_ = image;
-                tray_->setIcon(trayIconImage(levels));
-            }
-        }
-    }
-}
-
-QIcon StatusItemController::trayIconImage(const QList<std::optional<double>>& levels) const {
-    QIcon icon;
-    for (const int size : kTraySizes)
-        icon.addPixmap(QPixmap::fromImage(LiveIcon::render(size, levels)));
-    return icon;
+    content_.label = line;
+    content_.guide = labelGuide(settings, metrics);
+    content_.levels = LiveIcon::levels(chipList, metrics.cpuUsage, metrics.memoryPercentage);
+    if (shape_ == IconShape::wide)
+        content_.pieces = settings.style == MenuBarDisplayStyle::textOnly
+                              ? LabelImage::textPieces(line)
+                              : LabelImage::pieces(chipList, settings.style, settings.separator);
+    content_.toolTip = metricsTooltip(metrics, monitor_.diskVolumes());
+    driver_->show(content_);
+    tray_->update(content_);
 }
 
 void StatusItemController::menuTriggered(int id) {
@@ -233,47 +198,72 @@ void StatusItemController::menuTriggered(int id) {
 
 void StatusItemController::activate(const QPoint& position) {
     // Some hosts send (0, 0) when they do not know where the item is: open at the pointer.
-    emit toggleRequested(position.isNull() ? QRect() : QRect(position, QSize(1, 1)));
+    if (position.isNull()) {
+        emit toggleRequested(QRect());
+        return;
+    }
+    // Hosts give the click in device pixels; windows are placed in device-independent ones.
+    const QPointF logical =
+        deviceToLogical(position, MenuBarPopoverWindowController::screenSpaces());
+    emit toggleRequested(QRect(logical.toPoint(), QSize(1, 1)));
 }
 
 void StatusItemController::updateFallback() {
-    if (item_->isWatcherPresent()) {
+    const StatusNotifierState state = driver_->item().state();
+    switch (state) {
+    case StatusNotifierState::registered:
         fallbackTimer_.stop();
-        if (tray_ && tray_->isVisible()) {
-            qCInfo(logUi) << "a StatusNotifierWatcher appeared: the panel item moves to it";
+        if (tray_->isShown()) {
+            qCWarning(logUi) << "a panel draws lumetra's item again: the tray icon steps back";
             tray_->hide();
         }
+        toldFallback_.reset();
+        return;
+    case StatusNotifierState::connecting:
+        return;
+    case StatusNotifierState::noWatcher:
+        // A panel that restarts comes back within the grace period.
+        if (!tray_->isShown() && !fallbackTimer_.isActive())
+            fallbackTimer_.start(options_.fallbackDelayMs);
+        return;
+    case StatusNotifierState::noBus:
+    case StatusNotifierState::refused:
+    case StatusNotifierState::noHost:
+        fallbackTimer_.stop();
+        showTray(state);
         return;
     }
-    if (options_.trayFallback && !fallbackTimer_.isActive())
-        fallbackTimer_.start(options_.fallbackDelayMs);
 }
 
-void StatusItemController::showTray() {
-    if (!options_.trayFallback || item_->isWatcherPresent())
+void StatusItemController::showTray(StatusNotifierState reason) {
+    if (!options_.trayFallback)
         return;
-    if (!tray_) {
-        // Created only while no watcher runs, so Qt puts it in the XEmbed tray rather than
-        // making a second StatusNotifierItem.
-        tray_ = new QSystemTrayIcon();
-        trayMenu_ = std::make_unique<QMenu>();
-        trayMenu_->addAction(tr("Show Dashboard"), this,
-                             &StatusItemController::showDashboardRequested);
-        trayMenu_->addAction(tr("Settings…"), this, &StatusItemController::settingsRequested);
-        trayMenu_->addAction(tr("Quit lumetra"), this, &StatusItemController::quitRequested);
-        tray_->setContextMenu(trayMenu_.get());
-        connect(tray_, &QSystemTrayIcon::activated, this,
-                [this](QSystemTrayIcon::ActivationReason reason) {
-                    if (reason == QSystemTrayIcon::Trigger ||
-                        reason == QSystemTrayIcon::MiddleClick)
-                        emit toggleRequested(tray_->geometry());
-                });
-        trayLevels_.clear();
-        trayImage_ = QImage();
-        trayToolTip_.clear();
-        render();
+    if (toldFallback_ != reason) {
+        toldFallback_ = reason;
+        switch (reason) {
+        case StatusNotifierState::noBus:
+            qCWarning(logUi) << "no session bus: lumetra's item falls back to the system tray";
+            break;
+        case StatusNotifierState::noWatcher:
+            qCWarning(logUi) << "no StatusNotifierWatcher on the session bus: lumetra's item "
+                                "falls back to the system tray";
+            break;
+        case StatusNotifierState::refused:
+            qCWarning(logUi).noquote()
+                << "the panel's StatusNotifierWatcher refused lumetra's item (" +
+                       driver_->item().refusal() + "): it falls back to the system tray";
+            break;
+        case StatusNotifierState::noHost:
+            qCWarning(logUi) << "the StatusNotifierWatcher has no host to draw lumetra's item: "
+                                "it falls back to the system tray";
+            break;
+        case StatusNotifierState::connecting:
+        case StatusNotifierState::registered:
+            break;
+        }
     }
-    tray_->show();
+    if (!tray_->isShown())
+        tray_->show(content_);
 }
 
 } // namespace lumetra

@@ -2,21 +2,19 @@
 
 #include "desktop/StatusNotifierIconPixmap.h"
 #include "format/LabelSettings.h"
-#include "menubar/LabelImage.h"
+#include "menubar/PanelIconShape.h"
+#include "menubar/PanelItemContent.h"
 #include "model/SystemMetrics.h"
 
 #include <QDBusConnection>
-#include <QElapsedTimer>
 #include <QImage>
 #include <QObject>
-#include <QPointer>
 #include <QRect>
 #include <QTimer>
 
 #include <memory>
 #include <optional>
 
-class QMenu;
 class QSystemTrayIcon;
 
 namespace lumetra {
@@ -24,32 +22,36 @@ namespace lumetra {
 class DBusMenu;
 class SettingsStore;
 class StatusNotifierItem;
+class StatusNotifierItemDriver;
 class SystemMonitor;
+class TrayFallback;
+enum class StatusNotifierState;
 
-// The panel item. In front, a StatusNotifierItem on the session bus that carries the label
-// as text (GNOME's top bar shows it) and as an image, square or as wide as the label,
-// depending on what the desktop's panel draws. Where no StatusNotifierWatcher runs, a
-// QSystemTrayIcon over the XEmbed tray with the square live icon and the label as tooltip;
-// when a watcher appears later the D-Bus item takes over. The label follows the monitor and
-// the label settings, every burst of changes rendered once. Clicks and menu entries come
-// out as requests for src/app.
+// The panel item. It works out what the item shows from the monitor and the label settings,
+// every burst of changes once, and hands it to the StatusNotifierItem on the session bus
+// (the label as text, which GNOME's top bar shows, and an icon in the shape the desktop's
+// panel draws). Whenever nobody draws that item (no watcher, a watcher that refused it or
+// has no host) a tray icon stands in, and steps back when a host takes the item; stderr
+// says once why. Clicks and menu entries come out as requests for src/app.
 class StatusItemController : public QObject {
     Q_OBJECT
 
 public:
-    // How the icon image is drawn: the label as a wide image, or the square live icon.
-    enum class IconShape { wide, square };
+    using IconShape = PanelIconShape;
 
     struct Options {
         // The bus to export the item on; the session bus when absent.
         std::optional<QDBusConnection> bus;
         // From the environment when absent (see iconShapeFor).
         std::optional<IconShape> iconShape;
-        // Whether a QSystemTrayIcon may stand in when no watcher runs.
+        // Whether a QSystemTrayIcon may stand in when nobody draws the D-Bus item.
         bool trayFallback = true;
         // How long after the watcher vanished the tray icon stands in (a panel restarting
         // comes back within this).
         int fallbackDelayMs = 3000;
+        // The pauses between registrations the watcher refused or the host dropped.
+        int firstRetryDelayMs = 1000;
+        int maxRetryDelayMs = 60000;
     };
 
     StatusItemController(SystemMonitor& monitor, SettingsStore& settings, Options options,
@@ -58,8 +60,9 @@ public:
                          QObject* parent = nullptr);
     ~StatusItemController() override;
 
-    // LUMETRA_PANEL_ICON=wide|square decides; otherwise wide on the wlroots desktops whose
-    // bars (waybar) draw an item's icon at its own width, square elsewhere.
+    // LUMETRA_PANEL_ICON=wide|square|symbolic decides; otherwise wide on the wlroots desktops
+    // whose bars (waybar) draw an item's icon at its own width, symbolic on GNOME and Unity
+    // (AppIndicator shows the label as text beside it), square elsewhere.
     static IconShape iconShapeFor(const QString& currentDesktop, const QString& override);
     static IconShape iconShapeFromEnvironment();
 
@@ -70,9 +73,9 @@ public:
     // An image as a StatusNotifierItem pixmap (ARGB32, network byte order).
     static StatusNotifierIconPixmap iconPixmap(const QImage& image);
 
-    StatusNotifierItem* item() const { return item_.get(); }
-    DBusMenu* menu() const { return menu_.get(); }
-    QSystemTrayIcon* trayIcon() const { return tray_; }
+    StatusNotifierItem* item() const;
+    DBusMenu* menu() const;
+    QSystemTrayIcon* trayIcon() const;
     IconShape iconShape() const { return shape_; }
     // Something can show the item: a watcher, or an XEmbed tray for the fallback.
     bool panelAvailable() const;
@@ -87,6 +90,8 @@ signals:
     void showDashboardRequested();
     void settingsRequested();
     void quitRequested();
+    // The session bus went away under the running item (its daemon died or restarted).
+    void sessionBusLost();
 
 private:
     void track();
@@ -95,26 +100,20 @@ private:
     void menuTriggered(int id);
     void activate(const QPoint& position);
     void updateFallback();
-    void showTray();
-    QIcon trayIconImage(const QList<std::optional<double>>& levels) const;
+    void showTray(StatusNotifierState reason);
 
     SystemMonitor& monitor_;
     SettingsStore& settings_;
     Options options_;
     IconShape shape_;
-    std::unique_ptr<DBusMenu> menu_;
-    std::unique_ptr<StatusNotifierItem> item_;
-    QSystemTrayIcon* tray_ = nullptr;
-    std::unique_ptr<QMenu> trayMenu_;
+    QDBusConnection bus_;
+    std::unique_ptr<StatusNotifierItemDriver> driver_;
+    std::unique_ptr<TrayFallback> tray_;
     QTimer fallbackTimer_;
-    QElapsedTimer sinceToolTip_;
+    PanelItemContent content_;
+    std::optional<StatusNotifierState> toldFallback_;
     bool renderQueued_ = false;
-    // What the item's image shows now, so an unchanged label is not drawn again.
-    QList<std::optional<double>> drawnLevels_;
-    QList<LabelImagePiece> drawnPieces_;
-    QString trayToolTip_;
-    QList<std::optional<double>> trayLevels_;
-    QImage trayImage_;
+    bool busLost_ = false;
 };
 
 } // namespace lumetra

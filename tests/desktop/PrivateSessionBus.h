@@ -46,6 +46,14 @@ public:
     PrivateSessionBus& operator=(const PrivateSessionBus&) = delete;
 
     bool available() const { return !address_.isEmpty() && pid_ > 0; }
+    const QString& address() const { return address_; }
+
+    // The daemon dies, as a session's bus does when the session ends or crashes.
+    void kill() {
+        if (pid_ > 0)
+            ::kill(pid_, SIGKILL);
+        pid_ = 0;
+    }
 
     // A new connection of its own (its own unique name) to this bus.
     QDBusConnection connect() {

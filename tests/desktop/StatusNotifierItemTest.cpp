@@ -73,9 +73,9 @@ protected:
     PrivateSessionBus bus;
     QDBusConnection itemBus{QString()};
     QDBusConnection listener{QString()};
-    DBusMenu menu{{{1, QStringLiteral("Show Dashboard")},
-                   {2, QStringLiteral("Settings…")},
-                   {3, QStringLiteral("Quit lumetra")}}};
+    DBusMenu menu{PanelMenu{{{1, QStringLiteral("Show Dashboard")},
+                             {2, QStringLiteral("Settings…")},
+                             {3, QStringLiteral("Quit lumetra")}}}};
     std::unique_ptr<StatusNotifierItem> item;
     std::unique_ptr<testing::DBusSignalRecorder> recorder;
 };
@@ -284,6 +284,71 @@ TEST_F(StatusNotifierItemBus, RegistersAgainWhenTheHostDropsIt) {
     EXPECT_TRUE(waitFor([&] { return item->isRegistered(); }));
     waitFor([] { return false; }, 100);
     EXPECT_EQ(watcher.registered.size(), 2);
+}
+
+TEST_F(StatusNotifierItemBus, AHostDroppingTheItemTenTimesIsAskedTenTimesWithGrowingPauses) {
+    item->setRetryDelays(10, 80);
+    testing::FakeStatusNotifierWatcher watcher(bus.connect());
+    ASSERT_TRUE(item->start());
+    ASSERT_TRUE(waitFor([&] { return item->isRegistered(); }));
+    QList<int> pauses;
+    for (int drop = 1; drop <= 10; ++drop) {
+        pauses.append(item->nextRetryDelayMs());
+        watcher.drop(itemBus.baseService() + QStringLiteral("/StatusNotifierItem"));
+        ASSERT_TRUE(waitFor([&] { return watcher.registered.size() == drop + 1; }, 3000))
+            << "drop " << drop;
+        ASSERT_TRUE(waitFor([&] { return item->isRegistered(); }));
+    }
+    // Doubling from the first pause to the ceiling, and on without a cap on the tries.
+    EXPECT_EQ(pauses, (QList<int>{10, 20, 40, 80, 80, 80, 80, 80, 80, 80}));
+    EXPECT_EQ(item->state(), StatusNotifierState::registered);
+}
+
+TEST_F(StatusNotifierItemBus, ARefusedItemIsTriedAgainAndTakenOnceTheWatcherAgrees) {
+    item->setRetryDelays(10, 40);
+    testing::FakeStatusNotifierWatcher watcher(bus.connect());
+    watcher.refuseWith = QStringLiteral("no room in the tray");
+    ASSERT_TRUE(item->start());
+    ASSERT_TRUE(waitFor([&] { return item->state() == StatusNotifierState::refused; }));
+    EXPECT_EQ(item->refusal(), QStringLiteral("no room in the tray"));
+    EXPECT_FALSE(item->isRegistered());
+    ASSERT_TRUE(waitFor([&] { return watcher.registered.size() >= 3; }));
+    EXPECT_EQ(item->state(), StatusNotifierState::refused);
+    watcher.refuseWith.clear();
+    ASSERT_TRUE(waitFor([&] { return item->state() == StatusNotifierState::registered; }));
+    const qsizetype tries = watcher.registered.size();
+    waitFor([] { return false; }, 150);
+    EXPECT_EQ(watcher.registered.size(), tries); // no more once taken
+}
+
+TEST_F(StatusNotifierItemBus, NoHostThenAHostRegistersAtOnce) {
+    // Long pauses: the host's arrival must not wait for them.
+    item->setRetryDelays(60000, 60000);
+    testing::FakeStatusNotifierWatcher watcher(bus.connect(), {}, false);
+    watcher.refuseWith = QStringLiteral("not now");
+    ASSERT_TRUE(item->start());
+    ASSERT_TRUE(waitFor([&] { return item->state() == StatusNotifierState::noHost; }));
+    ASSERT_TRUE(waitFor([&] { return watcher.registered.size() == 1; }));
+    watcher.refuseWith.clear();
+    watcher.setHost(true);
+    ASSERT_TRUE(waitFor([&] { return item->state() == StatusNotifierState::registered; }, 2000));
+    EXPECT_EQ(watcher.registered.size(), 2);
+    // The host quits, leaving the watcher alone: nobody draws the item.
+    watcher.setHost(false);
+    EXPECT_TRUE(waitFor([&] { return item->state() == StatusNotifierState::noHost; }));
+}
+
+TEST_F(StatusNotifierItemBus, StateFollowsTheWatcher) {
+    ASSERT_TRUE(item->start());
+    EXPECT_EQ(item->state(), StatusNotifierState::noWatcher);
+    {
+        testing::FakeStatusNotifierWatcher watcher(bus.connect());
+        ASSERT_TRUE(waitFor([&] { return item->state() == StatusNotifierState::registered; }));
+    }
+    EXPECT_TRUE(waitFor([&] { return item->state() == StatusNotifierState::noWatcher; }));
+    StatusNotifierItem offline(QDBusConnection(QString()), menu);
+    EXPECT_FALSE(offline.start());
+    EXPECT_EQ(offline.state(), StatusNotifierState::noBus);
 }
 
 TEST_F(StatusNotifierItemBus, StartsWithoutWatcher) {

@@ -8,7 +8,7 @@
 # Screenshots go to $LUMETRA_E2E_SHOTS when it is set.
 set -u
 lumetra=$1
-for tool in gnome-shell xdotool import tesseract dbus-update-activation-environment python3; do
+for tool in gnome-shell xdotool import tesseract dbus-update-activation-environment dbus-monitor python3; do
     command -v $tool >/dev/null || { echo "SKIP: $tool is not installed"; exit 77; }
 done
 [ -d /usr/share/gnome-shell/extensions/ubuntu-appindicators@ubuntu.com ] ||
@@ -18,7 +18,7 @@ here=$(dirname "$0")
 . "$here/gnome-lib.sh"
 e2e_home
 cleanup() {
-    kill ${app:-} ${load:-} 2>/dev/null
+    kill ${app:-} ${load:-} ${monitor:-} 2>/dev/null
     gnome_stop
     wait 2>/dev/null
     rm -rf "$work"
@@ -128,6 +128,12 @@ printed=$("$lumetra" --print 2>/dev/null)
 bar_shows_label gnome-before-load.png || fail "the top bar does not show the label before the load"
 idle_label=$before
 echo "$(($(now_ms) - t_start)) ms: before the load the top bar shows '$idle_label'"
+# Beside a text label the icon is the fixed symbolic one: the label moves, the icon is never
+# sent again (the shell would load a new picture each time).
+icon_name=$(item_property IconName)
+case "$icon_name" in *io.lumetra.Lumetra-symbolic*) ;; *) fail "the item's IconName is '$icon_name', not the symbolic icon";; esac
+dbus-monitor --session "type='signal',interface='org.kde.StatusNotifierItem'" >"$work/signals.log" 2>&1 &
+monitor=$!
 python3 -c 'import sys, time; b = b"x" * (1 << 30); open(sys.argv[1], "w").close(); time.sleep(30)' "$work/held" &
 load=$!
 sh -c 'while :; do :; done' &
@@ -144,6 +150,12 @@ echo "$(($(now_ms) - t_start)) ms: under load the top bar shows '$before' (befor
 [ "$before" != "$idle_label" ] || fail "the top bar shows the same figures under load as before"
 kill $load 2>/dev/null
 load=
+kill $monitor 2>/dev/null
+labels=$(grep -c 'member=XAyatanaNewLabel' "$work/signals.log")
+icons=$(grep -c 'member=NewIcon' "$work/signals.log")
+echo "while the label moved: $labels XAyatanaNewLabel, $icons NewIcon"
+[ "$labels" -ge 1 ] || fail "dbus-monitor saw no label change"
+[ "$icons" -eq 0 ] || fail "the item sent NewIcon $icons times beside a text label"
 
 warnings=$(gnome_proxy_warnings) && fail "the shell could not build the item's proxy: $warnings"
 kill -0 "$app" || fail "lumetra is gone"

@@ -16,13 +16,17 @@ enable-animations=false
 [org/gnome/desktop/notifications]
 show-banners=false
 KEYFILE
-    export GSETTINGS_BACKEND=keyfile XDG_SESSION_TYPE=x11 XDG_RUNTIME_DIR="$work/runtime"
+    # XDG_CURRENT_DESKTOP as a GNOME session sets it: lumetra then shows its symbolic icon
+    # beside the label.
+    export GSETTINGS_BACKEND=keyfile XDG_SESSION_TYPE=x11 XDG_RUNTIME_DIR="$work/runtime" \
+        XDG_CURRENT_DESKTOP=GNOME
     mkdir -p -m 700 "$XDG_RUNTIME_DIR"
     # The shell gives up when logind's seats exist but no system bus answers: give it one.
     dbus-daemon --session --address="unix:path=$XDG_RUNTIME_DIR/sysbus" --fork --print-pid >"$work/sysbus.pid"
     export DBUS_SYSTEM_BUS_ADDRESS="unix:path=$XDG_RUNTIME_DIR/sysbus"
     dbus-update-activation-environment HOME XDG_CONFIG_HOME XDG_CACHE_HOME XDG_DATA_HOME DISPLAY \
-        GSETTINGS_BACKEND XDG_SESSION_TYPE XDG_RUNTIME_DIR DBUS_SYSTEM_BUS_ADDRESS 2>/dev/null
+        GSETTINGS_BACKEND XDG_SESSION_TYPE XDG_RUNTIME_DIR DBUS_SYSTEM_BUS_ADDRESS \
+        XDG_CURRENT_DESKTOP 2>/dev/null
     shell_log="$work/shell.log"
     gnome-shell --x11 --sm-disable >"$shell_log" 2>&1 &
     shell=$!

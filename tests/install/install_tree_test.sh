@@ -29,6 +29,7 @@ expected=(
     "usr/share/applications/$app_id.desktop"
     "usr/share/metainfo/$app_id.metainfo.xml"
     "usr/share/icons/hicolor/scalable/apps/$app_id.svg"
+    "usr/share/icons/hicolor/symbolic/apps/$app_id-symbolic.svg"
     usr/share/man/man1/lumetra.1.gz
     usr/share/bash-completion/completions/lumetra
 )

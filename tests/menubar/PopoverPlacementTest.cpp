@@ -52,6 +52,137 @@ INSTANTIATE_TEST_SUITE_P(
                       {1920, 22, 280, 400}}),
     lumetra::testing::byName);
 
+// ---- a click from a panel, at any scale ---------------------------------------------------
+
+struct DeviceCase {
+    std::string name;
+    QPoint device;
+    QPointF logical;
+};
+
+class DeviceToLogical : public ::testing::TestWithParam<DeviceCase> {};
+
+// A 2560 × 1600 screen at scale 2 (1280 × 800 in device-independent pixels) and to its right
+// a 1920 × 1080 one at scale 1.
+const QList<ScreenSpace> kScreens{{{0, 0, 1280, 800}, 2.0}, {{2560, 0, 1920, 1080}, 1.0}};
+
+TEST_P(DeviceToLogical, DividesByTheScaleFromTheScreensOrigin) {
+    EXPECT_EQ(deviceToLogical(GetParam().device, kScreens), GetParam().logical);
+    EXPECT_EQ(logicalToDevice(GetParam().logical, kScreens), GetParam().device);
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Cases, DeviceToLogical,
+    ::testing::Values(DeviceCase{"ScaledScreen", {900, 32}, {450, 16}},
+                      DeviceCase{"ScaledScreenFarCorner", {2558, 1598}, {1279, 799}},
+                      DeviceCase{"UnscaledSecondScreen", {2600, 10}, {2600, 10}}),
+    lumetra::testing::byName);
+
+struct PanelCase {
+    std::string name;
+    QPointF click;
+    QRectF screen;
+    QRectF available;
+    QRectF windowUnderClick;
+    QRectF panel;
+};
+
+class PanelAtClick : public ::testing::TestWithParam<PanelCase> {};
+
+TEST_P(PanelAtClick, IsTheBandOutsideTheWorkAreaOrTheWindowClicked) {
+    const PanelCase& c = GetParam();
+    EXPECT_EQ(panelAt(c.click, c.screen, c.available, c.windowUnderClick), c.panel);
+}
+
+const QRectF kXga(0, 0, 1024, 768);
+
+INSTANTIATE_TEST_SUITE_P(
+    Cases, PanelAtClick,
+    ::testing::Values(
+        PanelCase{"TopBand", {12, 16}, kXga, {0, 48, 1024, 720}, {}, {0, 0, 1024, 48}},
+        PanelCase{"BottomBand", {900, 760}, kXga, {0, 0, 1024, 740}, {}, {0, 740, 1024, 28}},
+        PanelCase{"LeftBand", {10, 400}, kXga, {40, 0, 984, 768}, {}, {0, 0, 40, 768}},
+        PanelCase{"RightBand", {1010, 400}, kXga, {0, 0, 990, 768}, {}, {990, 0, 34, 768}},
+        // No work area: the panel window the click fell on (xfce4-panel without a window
+        // manager).
+        PanelCase{
+            "NoWorkAreaPanelWindow", {12, 16}, kXga, kXga, {0, 0, 1024, 48}, {0, 0, 1024, 48}},
+        // A desktop or a maximised window under the click is no panel.
+        PanelCase{"NoWorkAreaFullScreenWindow", {12, 16}, kXga, kXga, kXga, {}},
+        PanelCase{"NoWorkAreaNoWindow", {12, 16}, kXga, kXga, {}, {}}),
+    lumetra::testing::byName);
+
+struct BesideCase {
+    std::string name;
+    QPointF click;
+    QSizeF size;
+    QRectF panel;
+    QRectF screen;
+    QRectF available;
+    QRect expected;
+};
+
+class PlaceBesidePanel : public ::testing::TestWithParam<BesideCase> {};
+
+TEST_P(PlaceBesidePanel, OpensOffThePanelWithinTheScreen) {
+    const BesideCase& c = GetParam();
+    const QRect placed = placeBesidePanel(c.click, c.size, c.panel, c.screen, c.available);
+    EXPECT_EQ(placed, c.expected);
+    EXPECT_TRUE(c.screen.toRect().contains(placed));
+    EXPECT_FALSE(placed.intersects(c.panel.toRect()));
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Cases, PlaceBesidePanel,
+    ::testing::Values(
+        // xfce4-panel, 48 high at the top, clicked at (12, 16): below it, at the left edge.
+        BesideCase{"TopPanelNoWorkArea",
+                   {12, 16},
+                   {280, 600},
+                   {0, 0, 1024, 48},
+                   kXga,
+                   kXga,
+                   {0, 48, 280, 600}},
+        BesideCase{"TopPanelCentredOnClick",
+                   {600, 10},
+                   {280, 300},
+                   {0, 0, 1920, 22},
+                   {0, 0, 1920, 1080},
+                   {0, 22, 1920, 1058},
+                   {460, 22, 280, 300}},
+        // Plasma's bottom panel: above it, pulled in from the right edge.
+        BesideCase{"BottomPanel",
+                   {1200, 780},
+                   {280, 400},
+                   {0, 756, 1280, 44},
+                   {0, 0, 1280, 800},
+                   {0, 0, 1280, 756},
+                   {1000, 356, 280, 400}},
+        BesideCase{"LeftPanel",
+                   {20, 300},
+                   {280, 200},
+                   {0, 0, 48, 768},
+                   kXga,
+                   {48, 0, 976, 768},
+                   {48, 200, 280, 200}},
+        BesideCase{"RightPanel",
+                   {1000, 700},
+                   {280, 200},
+                   {976, 0, 48, 768},
+                   kXga,
+                   {0, 0, 976, 768},
+                   {696, 568, 280, 200}},
+        // A 1280 × 1024 screen at scale 2 is 640 × 512: the 559-high dashboard is cut to the
+        // room below the panel and scrolls.
+        BesideCase{"TallerThanTheRoom",
+                   {600, 10},
+                   {280, 559},
+                   {0, 0, 640, 24},
+                   {0, 0, 640, 512},
+                   {0, 24, 640, 488},
+                   {360, 24, 280, 488}}),
+    lumetra::testing::byName);
+
 TEST(PopoverFrameTest, IsThePlainArithmeticWithoutClamping) {
     EXPECT_EQ(popoverFrame({1000, 0, 22, 22}, {280, 400}), QRectF(871, 22, 280, 400));
     EXPECT_EQ(popoverFrame({1900, 0, 22, 22}, {280, 400}), QRectF(1771, 22, 280, 400));

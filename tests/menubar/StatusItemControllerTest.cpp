@@ -5,10 +5,14 @@
 #include "desktop/FakeStatusNotifierWatcher.h"
 #include "desktop/PrivateSessionBus.h"
 #include "desktop/StatusNotifierItem.h"
+#include "desktop/StatusNotifierState.h"
 #include "menubar/LabelImage.h"
 #include "menubar/LiveIcon.h"
+#include "menubar/StatusNotifierItemDriver.h"
+#include "model/Logging.h"
 #include "settings/SettingsTestSupport.h"
 #include "support/Cases.h"
+#include "support/LogCapture.h"
 
 #include <QDBusMessage>
 #include <QMenu>
@@ -42,7 +46,12 @@ TEST_P(IconShapeChoice, FollowsTheDesktopAndTheOverride) {
 using Shape = StatusItemController::IconShape;
 INSTANTIATE_TEST_SUITE_P(
     StatusItem, IconShapeChoice,
-    ::testing::Values(ShapeCase{"Ubuntu", "ubuntu:GNOME", "", Shape::square},
+    ::testing::Values(ShapeCase{"Ubuntu", "ubuntu:GNOME", "", Shape::symbolic},
+                      ShapeCase{"Gnome", "GNOME", "", Shape::symbolic},
+                      ShapeCase{"Unity", "Unity", "", Shape::symbolic},
+                      ShapeCase{"Xfce", "XFCE", "", Shape::square},
+                      ShapeCase{"Kde", "KDE", "", Shape::square},
+                      ShapeCase{"OverrideSymbolic", "XFCE", "Symbolic", Shape::symbolic},
                       ShapeCase{"Unset", "", "", Shape::square},
                       ShapeCase{"Sway", "sway", "", Shape::wide},
                       ShapeCase{"RiverInAList", "river:wlroots", "", Shape::wide},
@@ -235,6 +244,8 @@ protected:
         options.iconShape = shape;
         options.trayFallback = trayFallback;
         options.fallbackDelayMs = 20;
+        options.firstRetryDelayMs = 20;
+        options.maxRetryDelayMs = 40;
         return std::make_unique<StatusItemController>(monitor, store.store, options);
     }
 
@@ -362,6 +373,93 @@ TEST_F(StatusItemControllerBus, TrayIconStandsInWhileNoWatcherRuns) {
     watcher->quit();
     ASSERT_TRUE(waitFor([&] { return controller.trayIcon()->isVisible(); }));
 }
+
+TEST_F(StatusItemControllerBus, UnderAppIndicatorAChangingLabelSendsNoNewIcon) {
+    controller = make(Shape::symbolic);
+    StatusNotifierItem& item = *controller->item();
+    // A fixed symbolic icon by name, its pixmaps the fallback for themes without it.
+    EXPECT_EQ(item.iconName(), StatusNotifierItemDriver::symbolicIconName());
+    EXPECT_EQ(item.iconName(), QStringLiteral("io.lumetra.Lumetra-symbolic"));
+    ASSERT_EQ(item.iconPixmaps().size(), 3);
+    const StatusNotifierIconPixmaps pixmaps = item.iconPixmaps();
+    settle();
+    drained();
+    // Figures that would move the live icon's bars every time.
+    for (const double cpu : {5.0, 95.0, 40.0, 100.0, 0.0}) {
+        sample(cpu, std::uint64_t(cpu * 10));
+        settle();
+    }
+    const QStringList sent = drained();
+    EXPECT_EQ(sent.count(QStringLiteral("XAyatanaNewLabel")), 5) << sent.join(u',').toStdString();
+    EXPECT_EQ(sent.count(QStringLiteral("NewIcon")), 0) << sent.join(u',').toStdString();
+    EXPECT_EQ(item.iconPixmaps(), pixmaps);
+}
+
+TEST_F(StatusItemControllerBus, SymbolicFallbackPixmapIsOneLightColourOnTransparent) {
+    controller = make(Shape::symbolic);
+    const StatusNotifierIconPixmap& icon = controller->item()->iconPixmaps().front();
+    ASSERT_EQ(icon.width * icon.height * 4, icon.data.size());
+    int opaque = 0;
+    int transparent = 0;
+    for (qsizetype i = 0; i < icon.data.size(); i += 4) {
+        const auto alpha = quint8(icon.data[i]);
+        if (alpha == 0) {
+            ++transparent;
+        } else if (alpha == 255) {
+            ++opaque;
+            EXPECT_EQ(QByteArray(icon.data.constData() + i + 1, 3).toHex().toStdString(), "eeeeec");
+        }
+    }
+    EXPECT_GT(opaque, 20);
+    EXPECT_GT(transparent, 20);
+}
+
+// How the tray stands in, by what keeps the D-Bus item from being drawn.
+struct FallbackCase {
+    std::string name;
+    bool host;
+    QString refusal;
+    QString logged; // a part of the one line that says why
+};
+
+class TrayFallbackStandsIn : public StatusItemControllerBus,
+                             public ::testing::WithParamInterface<FallbackCase> {};
+
+TEST_P(TrayFallbackStandsIn, ThenStepsBackWhenAHostTakesTheItem) {
+    const FallbackCase& c = GetParam();
+    testing::FakeStatusNotifierWatcher watcher(bus.connect(), {}, c.host);
+    watcher.refuseWith = c.refusal;
+    testing::LogCapture log(logUi());
+    controller.reset();
+    controller = make(Shape::square, true);
+    ASSERT_TRUE(waitFor([&] {
+        return controller->trayIcon() && controller->trayIcon()->isVisible();
+    })) << "state "
+        << int(controller->item()->state());
+    // Retries go on meanwhile; the reason is said once.
+    waitFor([] { return false; }, 150);
+    QStringList why = log.lines().filter(QStringLiteral("falls back to the system tray"));
+    ASSERT_EQ(why.size(), 1) << log.lines().join(u'\n').toStdString();
+    EXPECT_TRUE(why.front().contains(c.logged)) << why.front().toStdString();
+    EXPECT_EQ(controller->trayIcon()->contextMenu()->actions().size(), 3);
+
+    // The watcher takes the item and a host draws it: the tray steps back.
+    watcher.refuseWith.clear();
+    if (!c.host)
+        watcher.setHost(true);
+    ASSERT_TRUE(
+        waitFor([&] { return controller->item()->state() == StatusNotifierState::registered; }));
+    EXPECT_FALSE(controller->trayIcon()->isVisible());
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    StatusItem, TrayFallbackStandsIn,
+    ::testing::Values(FallbackCase{"Refused", true, QStringLiteral("tray full"),
+                                   QStringLiteral("tray full")},
+                      FallbackCase{"NoHost", false, {}, QStringLiteral("no host")},
+                      FallbackCase{"NoHostAndRefused", false, QStringLiteral("later"),
+                                   QStringLiteral("no host")}),
+    testing::byName);
 
 } // namespace
 } // namespace lumetra

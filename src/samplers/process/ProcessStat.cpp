@@ -29,6 +29,7 @@ std::optional<ProcessStat> parseProcessStat(std::string_view text) {
         case 9:
         case 14:
         case 15:
+        case 20:
         case 22:
         case 24:
             value = textscan::parseUnsigned(textscan::trim(field));
@@ -47,6 +48,9 @@ std::optional<ProcessStat> parseProcessStat(std::string_view text) {
             break;
         case 15:
             stat.cpuTicks = textscan::saturatingAdd(utime, *value);
+            break;
+        case 20:
+            stat.threads = *value;
             break;
         case 22:
             stat.startTime = *value;

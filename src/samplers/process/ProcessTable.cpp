@@ -158,6 +158,11 @@ TopApplications ProcessTable::refresh(int keep) {
     const double ticksToPercent =
         cpuValid ? 100.0 / double(ticksPerSecond_) / (now - *previousTime_) : 0.0;
     const bool haveBaseline = previousTime_.has_value();
+    // The clock is read once a refresh but each stat a little later: a busy thread can show a
+    // few ticks more than the interval holds. It cannot have run longer than the interval on
+    // each of its threads, nor on more CPUs than there are.
+    const double ticksPerThread =
+        cpuValid ? double(ticksPerSecond_) * (now - *previousTime_) : 0.0;
     ++refreshNumber_;
     groups_.clear();
     members_.clear();
@@ -212,6 +217,12 @@ TopApplications ProcessTable::refresh(int keep) {
             ticks = haveBaseline ? stat->cpuTicks : 0;
         } else {
             ticks = stat->cpuTicks > entry.cpuTicks ? stat->cpuTicks - entry.cpuTicks : 0;
+        }
+        if (cpuValid) {
+            const double most =
+                ticksPerThread * double(std::min<std::uint64_t>(stat->threads,
+                                                                std::uint64_t(logicalCpuCount_)));
+            ticks = std::min(ticks, std::uint64_t(most));
         }
         entry.cpuTicks = stat->cpuTicks;
         entry.seen = refreshNumber_;

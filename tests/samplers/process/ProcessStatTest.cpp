@@ -32,6 +32,7 @@ TEST(ProcessStatTest, CommRunsToTheLastParenthesisWhateverItHolds) {
         EXPECT_EQ(stat->state, 'S') << comm;
         EXPECT_EQ(stat->cpuTicks, 1000u) << "utime + stime, not the children's";
         EXPECT_EQ(stat->startTime, 123456u) << comm;
+        EXPECT_EQ(stat->threads, 4u) << comm;
         EXPECT_EQ(stat->residentPages, 2500u) << comm;
     }
 }

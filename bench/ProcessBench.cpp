@@ -33,19 +33,20 @@ struct ProcessTree {
             pids.push_back(pid);
             const QString base = proc + QString::number(pid);
             QDir().mkpath(base);
-            const QByteArray comm = i % 7 == 0 ? "Isolated Web Co" : "worker-" + QByteArray::number(i);
+            const QByteArray comm =
+                i % 7 == 0 ? "Isolated Web Co" : "worker-" + QByteArray::number(i);
             write(base + "/stat",
-                  QByteArray::number(pid) + " (" + comm +
-                      ") S 1 1 1 0 -1 4194560 4125 0 12 0 " + QByteArray::number(i * 13) + " " +
-                      QByteArray::number(i * 3) + " 0 0 20 0 9 0 " + QByteArray::number(5000 + i) +
-                      " 2203484160 " + QByteArray::number(1000 + i * 17) +
+                  QByteArray::number(pid) + " (" + comm + ") S 1 1 1 0 -1 4194560 4125 0 12 0 " +
+                      QByteArray::number(i * 13) + " " + QByteArray::number(i * 3) +
+                      " 0 0 20 0 9 0 " + QByteArray::number(5000 + i) + " 2203484160 " +
+                      QByteArray::number(1000 + i * 17) +
                       " 18446744073709551615 1 1 0 0 0 0 0 4096 17 1 0 0 0 0 0 0 0 0 0 0 0 0\n");
             const QByteArray scope =
-                i % 3 == 0 ? "/user.slice/user-1000.slice/user@1000.service/app.slice/"
-                             "app-gnome-org.example.App" +
-                                 QByteArray::number(i % 20) + "-" + QByteArray::number(i % 20) +
-                                 ".scope"
-                           : "/system.slice/service" + QByteArray::number(i) + ".service";
+                i % 3 == 0
+                    ? "/user.slice/user-1000.slice/user@1000.service/app.slice/"
+                      "app-gnome-org.example.App" +
+                          QByteArray::number(i % 20) + "-" + QByteArray::number(i % 20) + ".scope"
+                    : "/system.slice/service" + QByteArray::number(i) + ".service";
             write(base + "/cgroup", "0::" + scope + "\n");
             write(base + "/cmdline", "/usr/lib/example/" + comm + QByteArray("\0--flag\0", 8));
         }

@@ -1,11 +1,11 @@
 #pragma once
 
 #include "core/MetricsSink.h"
+#include "model/SerialExecutor.h"
 #include "samplers/cpu/CPUProviding.h"
 #include "samplers/disk/DiskProviding.h"
 #include "samplers/memory/MemoryProviding.h"
 #include "samplers/network/NetworkProviding.h"
-#include "model/SerialExecutor.h"
 #include "samplers/temperature/ThermalMonitor.h"
 
 #include <QPointer>
@@ -52,6 +52,8 @@ public:
     void setTemperatureInterval(double seconds);
     // One disk reading outside the slow loop, running or not.
     void refreshDiskVolumes();
+    // The loops' thread, for other readers that sample on it (the process list).
+    QThread* thread() { return &thread_; }
 
 private:
     QThread thread_;

@@ -45,6 +45,8 @@ public:
     void setUpdateInterval(double seconds);
     void setTemperatureInterval(double seconds);
     void refreshDiskVolumes();
+    // The thread the samplers run on.
+    QThread* monitoringThread() const { return scheduler_->thread(); }
 
     void applyFastSample(const std::optional<MemorySnapshot>& memory, MemoryPressureLevel pressure,
                          const std::optional<NetworkRates>& rates,

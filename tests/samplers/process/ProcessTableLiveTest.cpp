@@ -127,8 +127,8 @@ TEST(ProcessTableLiveTest, AChildSpinningOneCoreLeadsByCpuWithinTwoIntervals) {
 TEST(ProcessTableLiveTest, AChildTouching500MBLeadsByMemoryAtItsVmRSS) {
     constexpr std::size_t kSize = 500u << 20;
     Child hog([](const std::function<void()>& ready) {
-        void* memory = ::mmap(nullptr, kSize, PROT_READ | PROT_WRITE, MAP_PRIVATE | MAP_ANONYMOUS,
-                              -1, 0);
+        void* memory =
+            ::mmap(nullptr, kSize, PROT_READ | PROT_WRITE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
         if (memory != MAP_FAILED)
             std::memset(memory, 0x5a, kSize);
         ready();

@@ -181,8 +181,8 @@ TEST(ProcessTableTest, CpuIsTheTicksSinceTheLastRefreshAndAReusedPidStartsAfresh
     now += 2;
     // One thread cannot run more than the interval: 205 ticks over 2 s is read jitter.
     addProcess(tree, 10, "spin", 1000 + 205, 500);
-    addProcess(tree, 20, "new", 30, 900);          // pid reused: 30 ticks, not 30 − 5000
-    addProcess(tree, 40, "born", 50, 950);         // appeared since: all its ticks count
+    addProcess(tree, 20, "new", 30, 900);  // pid reused: 30 ticks, not 30 − 5000
+    addProcess(tree, 40, "born", 50, 950); // appeared since: all its ticks count
     tree.write("proc/30/stat", statLine(30, "steady", 90, 700)); // a counter went back: 0
     const TopApplications reading = table.refresh();
     ASSERT_TRUE(reading.cpuValid);

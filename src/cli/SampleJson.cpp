@@ -3,7 +3,7 @@
 namespace lumetra {
 
 void writeSampleJson(JsonWriter& json, const SystemMetrics& metrics, const DiskVolumeList& disks,
-                     const QString& label) {
+                     const QString& label, const std::function<void(JsonWriter&)>& more) {
     json.beginObject();
     json.key("timestamp").value(isoTimestamp(metrics.timestamp));
     // A figure that could not be read is null, never a made-up 0.
@@ -49,6 +49,8 @@ void writeSampleJson(JsonWriter& json, const SystemMetrics& metrics, const DiskV
     }
     json.endArray();
     json.key("label").value(label);
+    if (more)
+        more(json);
     json.endObject();
 }
 

@@ -13,8 +13,11 @@ namespace lumetra {
 
 namespace {
 
-// The first CPU figures come this soon after the list opens, instead of a whole interval.
-constexpr double kFirstInterval = 0.5;
+// The first CPU figures come this soon after the list opens, instead of a whole interval,
+// and before the terminal mode's first line (one interval after its start).
+double firstInterval(double interval) {
+    return std::min(0.5, interval / 2);
+}
 
 std::chrono::milliseconds milliseconds(double seconds) {
     if (!std::isfinite(seconds) || seconds <= 0)
@@ -57,7 +60,7 @@ private:
         if (!running_)
             return;
         deliver_(table_->refresh(keep_), generation_);
-        timer_.start(milliseconds(first_ ? std::min(interval_, kFirstInterval) : interval_));
+        timer_.start(milliseconds(first_ ? firstInterval(interval_) : interval_));
         first_ = false;
     }
 

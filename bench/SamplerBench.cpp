@@ -1,6 +1,7 @@
 #include "BenchMain.h"
 
 #include "samplers/cpu/CPUMonitor.h"
+#include "samplers/disk/DiskIOMonitor.h"
 #include "samplers/memory/MemoryMonitor.h"
 
 using namespace lumetra;
@@ -34,5 +35,14 @@ void BM_MemoryReading(benchmark::State& state) {
     }
 }
 LUMETRA_BENCHMARK(BM_MemoryReading);
+
+// One fast tick's disk throughput reading on the live machine: /proc/diskstats, summed over
+// the whole disks (sysfs is consulted only when the set of devices changes).
+void BM_DiskIOReading(benchmark::State& state) {
+    DiskIOMonitor disks;
+    for (auto _ : state)
+        benchmark::DoNotOptimize(disks.currentCounters());
+}
+LUMETRA_BENCHMARK(BM_DiskIOReading);
 
 } // namespace

@@ -30,7 +30,8 @@ void BM_FastTick(benchmark::State& state) {
     LiveMachine machine;
     std::optional<NetworkCounterSample> previous;
     for (auto _ : state) {
-        const std::optional<double> usage = machine.cpu->currentUsage();
+        const std::optional<CPUUsage> cpu = machine.cpu->currentUsage();
+        const std::optional<double> usage = cpu ? std::optional(cpu->total) : std::nullopt;
         const std::optional<MemorySnapshot> memory = machine.memory->currentSnapshot();
         const MemoryPressureLevel pressure = machine.memory->pressure();
         std::optional<NetworkRates> rates;

@@ -83,7 +83,8 @@ private:
     void fastTick() {
         if (!running_)
             return;
-        const std::optional<double> usage = providers_.cpu->currentUsage();
+        const std::optional<CPUUsage> cpu = providers_.cpu->currentUsage();
+        const std::optional<double> usage = cpu ? std::optional(cpu->total) : std::nullopt;
         const std::optional<MemorySnapshot> memory = providers_.memory->currentSnapshot();
         const MemoryPressureLevel pressure = providers_.memory->pressure();
         const std::optional<NetworkRates> rates = networkRates();

@@ -30,7 +30,10 @@ struct FakeMachine : CPUProviding,
                      NetworkProviding,
                      TemperatureProviding,
                      DiskProviding {
-    std::optional<double> currentUsage() override { return usage.next(); }
+    std::optional<CPUUsage> currentUsage() override {
+        const std::optional<double> next = usage.next();
+        return next ? std::optional(CPUUsage{*next, {}}) : std::nullopt;
+    }
     std::optional<MemorySnapshot> currentSnapshot() override { return snapshots.next(); }
     MemoryPressureLevel pressure() override { return MemoryPressureLevel::normal; }
     std::optional<NetworkCounterSample> currentCounters() override { return samples.next(); }

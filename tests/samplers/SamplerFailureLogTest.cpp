@@ -1,5 +1,6 @@
 #include "model/Logging.h"
 #include "samplers/cpu/CPUMonitor.h"
+#include "samplers/disk/DiskIOMonitor.h"
 #include "samplers/disk/DiskMonitor.h"
 #include "samplers/memory/MemoryMonitor.h"
 #include "samplers/network/NetworkMonitor.h"
@@ -40,11 +41,15 @@ TEST(SamplerFailureLogTest, FailureNamesTheFileAndIsLoggedOncePerOutage) {
     const Source sources[] = {
         {"cpu", "proc/stat", "proc/stat", "cpu  1 2 3 4 5 6 7 8 0 0\n",
          readerOf<CPUMonitor>([](CPUMonitor& m) { m.currentUsage(); })},
-        {"memory", "proc/meminfo", "proc/meminfo", "MemTotal: 1000 kB\nMemAvailable: 500 kB\n",
+        {"memory", "proc/meminfo", "proc/meminfo",
+         "MemTotal: 1000 kB\nMemAvailable: 500 kB\nSwapTotal: 0 kB\nSwapFree: 0 kB\n",
          readerOf<MemoryMonitor>([](MemoryMonitor& m) { m.currentSnapshot(); })},
         {"disk", "proc/1/mountinfo", "proc/1/mountinfo",
          "22 1 8:1 / / rw,relatime shared:1 - ext4 /dev/sda1 rw\n",
          readerOf<DiskMonitor>([](DiskMonitor& m) { m.currentVolumes(); })},
+        {"disk throughput", "proc/diskstats", "proc/diskstats",
+         "   8       0 sda 1 2 3 4 5 6 7 8 9 10 11\n",
+         readerOf<DiskIOMonitor>([](DiskIOMonitor& m) { m.currentCounters(); })},
         {"network", "sys/class/net", "sys/class/net/eth0/statistics/rx_bytes", "1\n",
          readerOf<NetworkMonitor>([](NetworkMonitor& m) { m.currentCounters(); })},
     };

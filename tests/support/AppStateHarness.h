@@ -40,7 +40,7 @@ struct StillMachine : CPUProviding,
                       NetworkProviding,
                       TemperatureProviding,
                       DiskProviding {
-    std::optional<double> currentUsage() override { return 23; }
+    std::optional<CPUUsage> currentUsage() override { return CPUUsage{23, {}}; }
     std::optional<MemorySnapshot> currentSnapshot() override { return std::nullopt; }
     MemoryPressureLevel pressure() override { return MemoryPressureLevel::normal; }
     std::optional<NetworkCounterSample> currentCounters() override { return std::nullopt; }

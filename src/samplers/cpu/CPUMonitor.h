@@ -11,22 +11,24 @@
 
 namespace lumetra {
 
-// Whole-machine CPU usage from the aggregate line of /proc/stat.
+// Whole-machine and per-core CPU usage from the cpu lines at the start of /proc/stat, all
+// from one read.
 class CPUMonitor final : public CPUProviding {
 public:
     explicit CPUMonitor(const KernelRoots& roots = KernelRoots());
 
-    std::optional<double> currentUsage() override;
+    std::optional<CPUUsage> currentUsage() override;
 
 private:
-    std::optional<CPUTicks> readTicks();
+    bool readLines(ProcStatCPULines& lines);
 
-    std::mutex readLock_; // the file's buffer is shared by overlapping callers
+    std::mutex lock_; // overlapping callers share the file's buffer and the baseline
     KernelFile stat_;
+    std::size_t readLimit_; // grows until one read holds every cpu line
     LogOnce failure_;
-
-    std::mutex lock_; // guards previousSample_
-    std::optional<CPUTicks> previousSample_;
+    ProcStatCPULines current_;
+    std::optional<CPUTicks> previousTotal_;
+    std::vector<CoreTicks> previousCores_;
 };
 
 } // namespace lumetra

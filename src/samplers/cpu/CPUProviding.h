@@ -1,5 +1,7 @@
 #pragma once
 
+#include "model/CPUUsage.h"
+
 #include <optional>
 
 namespace lumetra {
@@ -7,9 +9,10 @@ namespace lumetra {
 class CPUProviding {
 public:
     virtual ~CPUProviding() = default;
-    // Whole-machine usage in percent, 0 to 100, since the previous successful call; nothing
-    // on the first call (it only takes the baseline) and on any failure. Never throws.
-    virtual std::optional<double> currentUsage() = 0;
+
+    // Usage since the previous successful call, of the whole machine and of each core;
+    // nothing on the first call (it only takes the baseline) and on any failure. Never throws.
+    virtual std::optional<CPUUsage> currentUsage() = 0;
 };
 
 } // namespace lumetra

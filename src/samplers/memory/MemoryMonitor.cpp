@@ -53,6 +53,14 @@ std::optional<MemorySnapshot> MemoryMonitor::currentSnapshot() {
         parsed = parseMeminfo(read.text);
     if (parsed.snapshot) {
         snapshotFailure_.recovered();
+        // Kernels built without swap support have no swap lines: say so once, not per tick.
+        if (!parsed.snapshot->swapTotal) {
+            if (swapMissing_.failed())
+                qCInfo(logMonitoring, "%s: no SwapTotal or SwapFree; swap is not shown",
+                       meminfo_.path().c_str());
+        } else {
+            swapMissing_.recovered();
+        }
         return parsed.snapshot;
     }
     meminfo_.reopenNextTime();

@@ -46,6 +46,7 @@ private:
     std::mutex meminfoLock_; // the file's buffer is shared by overlapping callers
     KernelFile meminfo_;
     LogOnce snapshotFailure_;
+    LogOnce swapMissing_;
 
     mutable std::mutex lock_; // guards everything below
     KernelFile pressureFile_;

@@ -27,12 +27,15 @@ enum Field {
     kernelStack,
     pageTables,
     zswap,
+    swapTotal,
+    swapFree,
     fieldCount
 };
 
 constexpr std::array<std::string_view, fieldCount> kFieldNames{
-    "MemTotal", "MemFree",  "MemAvailable", "Buffers",    "Cached",      "SReclaimable", "Shmem",
-    "Active",   "Inactive", "Unevictable",  "SUnreclaim", "KernelStack", "PageTables",   "Zswap"};
+    "MemTotal",   "MemFree", "MemAvailable", "Buffers",     "Cached",     "SReclaimable",
+    "Shmem",      "Active",  "Inactive",     "Unevictable", "SUnreclaim", "KernelStack",
+    "PageTables", "Zswap",   "SwapTotal",    "SwapFree"};
 
 using Values = std::array<std::optional<std::uint64_t>, fieldCount>;
 
@@ -50,7 +53,9 @@ int fieldIndex(std::string_view name) {
     case 7:
         return either(memFree, buffers);
     case 8:
-        return either(memTotal, inactive);
+        return name == kFieldNames[swapFree] ? swapFree : either(memTotal, inactive);
+    case 9:
+        return name == kFieldNames[swapTotal] ? swapTotal : -1;
     case 10:
         return either(sUnreclaim, pageTables);
     case 11:
@@ -160,6 +165,12 @@ MeminfoParse parseMeminfo(std::string_view text) {
     snapshot.wired = saturatingAdd(valueOr0(values, unevictable), kernelHeld);
     snapshot.compressed = valueOr0(values, zswap);
     snapshot.free = valueOr0(values, memFree);
+    // What `free` calls used swap: pages in zswap and on zram devices count, as the kernel
+    // counts them. Kernels built without swap support have neither line.
+    if (values[swapTotal] && values[swapFree]) {
+        snapshot.swapTotal = *values[swapTotal];
+        snapshot.swapUsed = *values[swapTotal] - std::min(*values[swapFree], *values[swapTotal]);
+    }
     return {snapshot, MeminfoError::none};
 }
 

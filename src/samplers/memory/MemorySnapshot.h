@@ -15,6 +15,9 @@ struct MemorySnapshot {
     std::uint64_t wired = 0; // unevictable plus memory the kernel holds for itself
     std::uint64_t compressed = 0;
     std::uint64_t free = 0;
+    // Swap in use and in all (0: no swap); both empty when /proc/meminfo has no swap lines.
+    std::optional<std::uint64_t> swapTotal = std::nullopt;
+    std::optional<std::uint64_t> swapUsed = std::nullopt;
 
     bool operator==(const MemorySnapshot&) const = default;
 };

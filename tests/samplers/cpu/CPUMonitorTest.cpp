@@ -4,6 +4,9 @@
 
 #include <gtest/gtest.h>
 
+#include <chrono>
+#include <thread>
+
 using namespace lumetra;
 using lumetra::testing::ScratchTree;
 
@@ -44,6 +47,58 @@ TEST(CPUTicksTest, UsageIsTheBusyShareAndIgnoresCountersThatWentBack) {
         EXPECT_DOUBLE_EQ(usageBetween(previous, current), percent) << percent;
 }
 
+TEST(CPUTicksTest, ReadsEachOnlineCoreFromTheSameText) {
+    struct Case {
+        const char* text;
+        std::vector<unsigned> cores;
+        bool complete;
+    };
+    const Case cases[] = {
+        {"cpu  4 0 4 8\ncpu0 1 0 1 2\ncpu1 3 0 3 6\nintr 1 2 3\n", {0, 1}, true},
+        // cpu1 offline: the kernel leaves its line out
+        {"cpu  4 0 4 8\ncpu0 1 0 1 2\ncpu2 3 0 3 6\nintr 1\n", {0, 2}, true},
+        // a line that does not parse is left out, the others stay
+        {"cpu  4 0 4 8\ncpu0 1 x 1 2\ncpu1 3 0 3 6\nctxt 5\n", {1}, true},
+        {"cpu  4 0 4 8\ncpux 1 0 1 2\ncpu1 3 0 3 6\nctxt 5\n", {1}, true},
+        // only cpu lines: the reader decides from the read's size whether more follow
+        {"cpu  4 0 4 8\ncpu0 1 0 1 2\ncpu1 3 0 3 6\n", {0, 1}, false},
+        {"cpu  4 0 4 8\ncpu0 1 0 1 2\ncpu1 3 0", {0}, false},
+        {"cpu  4 0 4 8\ncpu0 1 0 1 2\ncp", {0}, false},
+        {"cpu  4 0 4 8\n", {}, false},
+    };
+    ProcStatCPULines lines;
+    for (const Case& c : cases) {
+        parseProcStatCPULines(c.text, lines);
+        ASSERT_TRUE(lines.total) << c.text;
+        std::vector<unsigned> indices;
+        for (const CoreTicks& core : lines.cores)
+            indices.push_back(core.index);
+        EXPECT_EQ(indices, c.cores) << c.text;
+        EXPECT_EQ(lines.complete, c.complete) << c.text;
+    }
+    parseProcStatCPULines("cpu0 1 2 3 4\n", lines);
+    EXPECT_FALSE(lines.total);
+    EXPECT_TRUE(lines.cores.empty()) << "no aggregate line, no cores";
+}
+
+TEST(CPUTicksTest, CoreUsagesPairCoresByNumberAcrossHotplug) {
+    const auto core = [](unsigned index, std::uint64_t busy, std::uint64_t idle) {
+        return CoreTicks{index, CPUTicks{busy, 0, idle, 0}};
+    };
+    const std::tuple<std::vector<CoreTicks>, std::vector<CoreTicks>, std::vector<double>> cases[] =
+        {{{core(0, 0, 0), core(1, 0, 0)}, {core(0, 50, 50), core(1, 100, 0)}, {50, 100}},
+         // core 1 went offline, core 2 came online without a baseline
+         {{core(0, 0, 0), core(1, 0, 0)}, {core(0, 25, 75), core(2, 10, 10)}, {25}},
+         {{}, {core(0, 1, 1)}, {}},
+         {{core(3, 10, 10)}, {core(3, 5, 5)}, {0}}}; // counters that went back
+    for (const auto& [previous, current, usages] : cases)
+        EXPECT_EQ(coreUsagesBetween(previous, current), usages);
+}
+
+std::optional<double> totalOf(const std::optional<CPUUsage>& usage) {
+    return usage ? std::optional(usage->total) : std::nullopt;
+}
+
 QByteArray statLine(std::uint64_t user, std::uint64_t system, std::uint64_t idle) {
     return QByteArray("cpu  ") + QByteArray::number(quint64(user)) + " 0 " +
            QByteArray::number(quint64(system)) + ' ' + QByteArray::number(quint64(idle)) +
@@ -54,30 +109,68 @@ TEST(CPUMonitorTest, FirstReadingPrimesAndFailuresKeepTheLastGoodBaseline) {
     ScratchTree tree;
     tree.write("proc/stat", statLine(100, 100, 100));
     CPUMonitor monitor{KernelRoots(tree.root())};
+    const auto currentTotal = [&monitor] { return totalOf(monitor.currentUsage()); };
     EXPECT_EQ(monitor.currentUsage(), std::nullopt) << "the first reading is only a baseline";
     tree.write("proc/stat", statLine(150, 150, 200));
-    EXPECT_EQ(monitor.currentUsage(), 50.0);
+    EXPECT_EQ(currentTotal(), 50.0);
     // A huge file is read by its first line (here: no time passed, so 0 %, a real figure).
     tree.write("proc/stat", statLine(150, 150, 200) + QByteArray(8 << 20, 'x'));
-    EXPECT_EQ(monitor.currentUsage(), 0.0);
+    EXPECT_EQ(currentTotal(), 0.0);
     // Garbage, empty, missing, a directory: no figure, without crashing.
     for (const QByteArray& bad : {QByteArray("garbage\n"), QByteArray()}) {
         tree.write("proc/stat", bad);
-        EXPECT_EQ(monitor.currentUsage(), std::nullopt);
+        EXPECT_EQ(currentTotal(), std::nullopt);
     }
     tree.remove("proc/stat");
-    EXPECT_EQ(monitor.currentUsage(), std::nullopt);
+    EXPECT_EQ(currentTotal(), std::nullopt);
     tree.makeDirectory("proc/stat");
-    EXPECT_EQ(monitor.currentUsage(), std::nullopt);
+    EXPECT_EQ(currentTotal(), std::nullopt);
     QDir(QString::fromStdString(tree.path("proc/stat"))).removeRecursively();
     tree.write("proc/stat", statLine(180, 160, 260));
-    EXPECT_EQ(monitor.currentUsage(), 40.0) << "spans the time since the last success";
+    EXPECT_EQ(currentTotal(), 40.0) << "spans the time since the last success";
+}
 
+// A machine with more cores than the first read holds: every core is still read, from the
+// same read as the total.
+TEST(CPUMonitorTest, ReadsEveryCoreOfALargeMachine) {
+    constexpr unsigned kCores = 512;
+    const auto stat = [](std::uint64_t busy) {
+        QByteArray text = "cpu  " + QByteArray::number(quint64(busy * kCores)) + " 0 0 " +
+                          QByteArray::number(quint64(busy * kCores)) + " 0 0 0 0 0 0\n";
+        for (unsigned core = 0; core < kCores; ++core)
+            text += "cpu" + QByteArray::number(core) + ' ' +
+                    QByteArray::number(quint64(busy + core % 2 * busy)) + " 0 0 " +
+                    QByteArray::number(quint64(busy - core % 2 * busy)) + " 0 0 0 0 0 0\n";
+        return text + "intr 1 2 3\nctxt 4\n";
+    };
+    ScratchTree tree;
+    tree.write("proc/stat", stat(1000));
+    CPUMonitor monitor{KernelRoots(tree.root())};
+    ASSERT_EQ(monitor.currentUsage(), std::nullopt);
+    tree.write("proc/stat", stat(3000));
+    const std::optional<CPUUsage> usage = monitor.currentUsage();
+    ASSERT_TRUE(usage);
+    EXPECT_DOUBLE_EQ(usage->total, 50);
+    ASSERT_EQ(usage->cores.size(), kCores);
+    EXPECT_EQ(usage->cores.front(), 50);
+    EXPECT_EQ(usage->cores[1], 100) << "odd cores are busy all the time";
+}
+
+// On this machine: the cores' mean is the total within rounding. Every core ticks at the same
+// rate, so over a second (100 ticks each) the mean of their shares is the machine's share to
+// within a tick or two.
+TEST(CPUMonitorTest, LiveCoresAverageToTheTotal) {
     CPUMonitor live;
     EXPECT_EQ(live.currentUsage(), std::nullopt);
-    const std::optional<double> usage = live.currentUsage();
+    std::this_thread::sleep_for(std::chrono::seconds(1));
+    const std::optional<CPUUsage> usage = live.currentUsage();
     ASSERT_TRUE(usage);
-    EXPECT_TRUE(*usage >= 0 && *usage <= 100) << *usage;
+    EXPECT_TRUE(usage->total >= 0 && usage->total <= 100) << usage->total;
+    ASSERT_FALSE(usage->cores.empty());
+    double sum = 0;
+    for (double core : usage->cores)
+        sum += core;
+    EXPECT_NEAR(sum / static_cast<double>(usage->cores.size()), usage->total, 2.0);
 }
 
 } // namespace

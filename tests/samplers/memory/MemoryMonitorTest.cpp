@@ -1,6 +1,9 @@
 #include "samplers/memory/MemoryMonitor.h"
 #include "support/FixtureTree.h"
 
+#include <QProcess>
+#include <QTemporaryDir>
+
 #include <gtest/gtest.h>
 
 #include <atomic>
@@ -38,6 +41,79 @@ TEST(MemoryMonitorTest, FixtureMachinesUseTotalMinusAvailable) {
         EXPECT_EQ(snapshot->wired, c.wiredKiB * kKiB) << c.machine;
         EXPECT_EQ(snapshot->compressed, c.compressedKiB * kKiB) << c.machine;
     }
+}
+
+TEST(MemoryMonitorTest, SwapIsTotalMinusFree) {
+    const std::tuple<const char*, std::optional<std::uint64_t>, std::optional<std::uint64_t>>
+        cases[] = {// text, total, used (KiB)
+                   {"SwapTotal: 2097148 kB\nSwapFree: 2097148 kB\n", 2097148, 0},
+                   // all of it in use (a Raspberry Pi's small swap file)
+                   {"SwapTotal: 102396 kB\nSwapFree: 0 kB\n", 102396, 102396},
+                   // no swap configured: "No swap" in the views
+                   {"SwapTotal: 0 kB\nSwapFree: 0 kB\n", 0, 0},
+                   // more free than total would be nonsense: clamped
+                   {"SwapTotal: 100 kB\nSwapFree: 300 kB\n", 100, 0},
+                   // a kernel built without swap, or a line missing: no figure
+                   {"SwapFree: 10 kB\n", std::nullopt, std::nullopt},
+                   {"SwapTotal: 10 kB\n", std::nullopt, std::nullopt},
+                   {"SwapTotal: ten kB\nSwapFree: 1 kB\n", std::nullopt, std::nullopt}};
+    const auto inKiB = [](std::optional<std::uint64_t> bytes) {
+        return bytes ? std::optional(*bytes / kKiB) : std::nullopt;
+    };
+    for (const auto& [swap, total, used] : cases) {
+        const std::string text = std::string("MemTotal: 100 kB\nMemAvailable: 50 kB\n") + swap;
+        const MeminfoParse parsed = parseMeminfo(text);
+        ASSERT_TRUE(parsed.snapshot) << text;
+        EXPECT_EQ(inKiB(parsed.snapshot->swapTotal), total) << text;
+        EXPECT_EQ(inKiB(parsed.snapshot->swapUsed), used) << text;
+    }
+}
+
+// Where the machine lets us, a small swap file switched on for the test: the figures equal
+// what `free -b` says at the same moment.
+TEST(MemoryMonitorTest, SwapMatchesFreeWithASwapFileOn) {
+    if (::geteuid() != 0)
+        GTEST_SKIP() << "needs root for swapon";
+    QTemporaryDir dir(QDir::currentPath() + "/lumetra-swap-XXXXXX");
+    const QString file = dir.filePath("swapfile");
+    {
+        QFile swap(file);
+        ASSERT_TRUE(swap.open(QIODevice::WriteOnly));
+        swap.write(QByteArray(16 << 20, '\0'));
+        swap.setPermissions(QFile::ReadOwner | QFile::WriteOwner);
+    }
+    if (QProcess::execute("mkswap", {file}) != 0 || QProcess::execute("swapon", {file}) != 0)
+        GTEST_SKIP() << "swapon is not allowed here";
+    struct SwapOff {
+        QString file;
+        ~SwapOff() { QProcess::execute("swapoff", {file}); }
+    } swapOff{file};
+
+    const auto freeSwap = [] {
+        QProcess free;
+        free.start("free", {"-b"});
+        free.waitForFinished(5000);
+        for (const QByteArray& line : free.readAllStandardOutput().split('\n')) {
+            const QList<QByteArray> fields = line.simplified().split(' ');
+            if (fields.size() >= 3 && fields[0] == "Swap:")
+                return std::pair<std::uint64_t, std::uint64_t>(fields[1].toULongLong(),
+                                                               fields[2].toULongLong());
+        }
+        return std::pair<std::uint64_t, std::uint64_t>(0, 0);
+    };
+    MemoryMonitor monitor;
+    // Swapped-out pages may move between the two readings: take the pair that agrees.
+    std::optional<MemorySnapshot> snapshot;
+    std::pair<std::uint64_t, std::uint64_t> expected;
+    for (int attempt = 0; attempt < 5; ++attempt) {
+        expected = freeSwap();
+        snapshot = monitor.currentSnapshot();
+        if (snapshot && expected == freeSwap())
+            break;
+    }
+    ASSERT_TRUE(snapshot && snapshot->swapTotal && snapshot->swapUsed);
+    EXPECT_GE(*snapshot->swapTotal, (16u << 20) - 2 * 4096) << "our swap file counts";
+    EXPECT_EQ(std::pair(*snapshot->swapTotal, *snapshot->swapUsed), expected);
 }
 
 TEST(MemoryMonitorTest, ParsesMeminfoVariants) {

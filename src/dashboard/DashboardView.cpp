@@ -15,6 +15,7 @@
 #include "dashboard/RingMetricCard.h"
 #include "dashboard/SectionHeader.h"
 #include "dashboard/SparklineAreaMetricCard.h"
+#include "dashboard/TopApplicationsSection.h"
 #include "settings/SettingsStore.h"
 
 #include <QApplication>
@@ -110,12 +111,14 @@ struct DashboardView::Content {
     std::vector<Block> blocks; // strip, cards, disk card, network card
     std::vector<double> dividers;
     QRectF stripRect;
+    QRectF topRect; // the "Top" section's widget
     double footerTop = 0;
     double height = 0;
     std::vector<std::pair<QRectF, QString>> toolTips;
 };
 
-DashboardView::DashboardView(SystemMonitor& monitor, SettingsStore& settings, QWidget* parent)
+DashboardView::DashboardView(SystemMonitor& monitor, SettingsStore& settings, QWidget* parent,
+                             TopApplicationsMonitor* top)
     : QWidget(parent), monitor_(monitor), settings_(settings),
       theme_(DashboardTheme::fromPalette(false, palette(), font())) {
     setObjectName(QStringLiteral("DashboardView"));
@@ -141,6 +144,11 @@ DashboardView::DashboardView(SystemMonitor& monitor, SettingsStore& settings, QW
     connect(&monitor_, &SystemMonitor::diskVolumesChanged, this, &DashboardView::contentChanged);
     connect(&settings_, &SettingsStore::metricCardStyleChanged, this,
             &DashboardView::contentChanged);
+    if (top) {
+        topSection_ = new TopApplicationsSection(*top, settings_, themeOf, this);
+        connect(topSection_, &TopApplicationsSection::preferredHeightChanged, this,
+                &DashboardView::contentChanged);
+    }
     refreshTheme();
 }
 
@@ -167,6 +175,8 @@ void DashboardView::refreshTheme() {
         button->resize(button->sizeHint());
         button->update();
     }
+    if (topSection_)
+        topSection_->update();
     contentChanged();
 }
 
@@ -248,6 +258,13 @@ DashboardView::Content DashboardView::content() const {
     }
     }
 
+    if (topSection_) {
+        content.dividers.push_back(y);
+        y += 1 + kSpacing;
+        const double height = topSection_->heightForWidth(width);
+        content.topRect = QRectF(left, y, width, height);
+        y += height + kSpacing;
+    }
     content.dividers.push_back(y);
     y += 1 + kSpacing;
     place(std::make_unique<DiskCardView>(volumes));
@@ -288,6 +305,8 @@ void DashboardView::contentChanged() {
     const Content current = content();
     const int height = static_cast<int>(std::ceil(current.height));
     placeFooter(current.footerTop);
+    if (topSection_)
+        topSection_->setGeometry(current.topRect.toAlignedRect());
     glanceStrip_->setGeometry(current.stripRect.toAlignedRect());
     glanceStrip_->setAccessibleName(
         tr("CPU %1, memory %2").arg(current.cpu.valueText, current.memory.valueText));

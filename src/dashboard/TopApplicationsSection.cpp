@@ -381,8 +381,8 @@ bool TopApplicationsSection::confirm(const TopApplication& application, bool for
     QMessageBox box(window());
     box.setIcon(QMessageBox::Warning);
     const int count = application.processCount();
-    box.setText(force ? tr("Force Quit “%1” (%n processes)?", nullptr, count).arg(application.name)
-                      : tr("Quit “%1” (%n processes)?", nullptr, count).arg(application.name));
+    box.setText((force ? tr("Force Quit “%1” (%2)?") : tr("Quit “%1” (%2)?"))
+                    .arg(application.name, processCountText(count)));
     box.setInformativeText(force ? tr("Each process is stopped at once; unsaved work is lost.")
                                  : tr("Each process is asked to quit and may save its work "
                                       "first."));
@@ -412,11 +412,11 @@ QString TopApplicationsSection::outcomeText(const TopApplication& application,
     if (outcome.gone == total)
         return tr("%1 had already quit").arg(application.name);
     if (outcome.notPermitted > 0)
-        return tr("%1: not permitted to stop %n processes", nullptr, outcome.notPermitted)
-            .arg(application.name);
+        return tr("%1: not permitted to stop %2")
+            .arg(application.name, processCountText(outcome.notPermitted));
     if (outcome.failed > 0)
-        return tr("%1: %n processes could not be stopped", nullptr, outcome.failed)
-            .arg(application.name);
+        return tr("%1: %2 could not be stopped")
+            .arg(application.name, processCountText(outcome.failed));
     return {};
 }
 

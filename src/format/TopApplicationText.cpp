@@ -10,6 +10,9 @@
 namespace lumetra {
 
 QString processCountText(int count) {
+    // English has no catalogue of its own to pick the singular from.
+    if (count == 1)
+        return QCoreApplication::translate("TopApplications", "1 process");
     return QCoreApplication::translate("TopApplications", "%n processes", nullptr, count);
 }
 

@@ -865,14 +865,6 @@
         <translation>Aktionen für %1</translation>
     </message>
     <message>
-        <source>CPU, percent of one core</source>
-        <translation>CPU, Prozent eines Kerns</translation>
-    </message>
-    <message>
-        <source>Resident memory</source>
-        <translation>Belegter Arbeitsspeicher</translation>
-    </message>
-    <message>
         <source>Reading processes…</source>
         <translation>Prozesse werden gelesen …</translation>
     </message>
@@ -923,6 +915,14 @@
     <message>
         <source>%1: %2 could not be stopped</source>
         <translation>%1: %2 konnten nicht beendet werden</translation>
+    </message>
+    <message>
+        <source>% of one core</source>
+        <translation>% eines Kerns</translation>
+    </message>
+    <message>
+        <source>resident</source>
+        <translation>belegt</translation>
     </message>
 </context>
 <context>

@@ -27,12 +27,11 @@ namespace lumetra {
 namespace {
 
 constexpr double kHeaderHeight = 18;
-constexpr double kCaptionHeight = 14;
 constexpr double kSpacing = 4;
 constexpr double kPickerSegment = 52;
 constexpr double kPickerHeight = 18;
 constexpr double kMenuButtonWidth = 18;
-constexpr double kValueWidth = 58;
+constexpr double kValueWidth = 50;
 
 // A painted button: a segment of the order switch (checkable) or a row's "⋯". Painted by hand
 // so it looks the same under every widget style; reachable with Tab, pressed with Space.
@@ -168,7 +167,7 @@ QList<TopApplication> TopApplicationsSection::rows() const {
 }
 
 double TopApplicationsSection::rowsTop() const {
-    return kHeaderHeight + kSpacing + kCaptionHeight + kSpacing;
+    return kHeaderHeight + kSpacing;
 }
 
 double TopApplicationsSection::heightForWidth(double) const {
@@ -273,18 +272,22 @@ void TopApplicationsSection::paintEvent(QPaintEvent*) {
     // Header: the title, and the switch's track behind its two buttons.
     paint::icon(painter, QRectF(0, 0, 12, kHeaderHeight), QStringLiteral("cpu"), 12,
                 theme.secondary());
-    paint::text(painter, theme, QRectF(16, 0, w - 16 - 2 * kPickerSegment, kHeaderHeight),
-                tr("Top"), kTitleSize, QFont::DemiBold, theme.secondary());
+    // The title, then what the figures are, so a memory figure is not taken for another kind.
+    const TopApplications& top = shown();
+    const bool byCpu = settings_.topApplicationsOrder() == TopApplicationOrder::cpu;
+    const QString title = tr("Top");
+    const double titleWidth = paint::textWidth(theme, title, kTitleSize, QFont::DemiBold);
+    paint::text(painter, theme, QRectF(16, 0, titleWidth + 1, kHeaderHeight), title, kTitleSize,
+                QFont::DemiBold, theme.secondary());
+    const double captionLeft = 16 + titleWidth + 6;
+    paint::text(painter, theme,
+                QRectF(captionLeft, 0, w - 2 * kPickerSegment - 4 - captionLeft, kHeaderHeight),
+                byCpu ? tr("% of one core") : tr("resident"), kCaptionSize, QFont::Normal,
+                theme.secondary());
     const QRectF picker = pickerRect();
     painter.setPen(Qt::NoPen);
     painter.setBrush(theme.quaternary());
     painter.drawRoundedRect(picker, picker.height() / 2, picker.height() / 2);
-
-    const TopApplications& top = shown();
-    const bool byCpu = settings_.topApplicationsOrder() == TopApplicationOrder::cpu;
-    const QString caption = byCpu ? tr("CPU, percent of one core") : tr("Resident memory");
-    paint::text(painter, theme, QRectF(0, kHeaderHeight + kSpacing, w, kCaptionHeight), caption,
-                kCaptionSize, QFont::Normal, theme.secondary());
 
     const QList<TopApplication> current = rows();
     if (current.isEmpty())
@@ -308,12 +311,23 @@ void TopApplicationsSection::paintEvent(QPaintEvent*) {
                     kFontSize, QFont::DemiBold, theme.primary(), Qt::AlignRight);
         const double nameLeft = iconRect.right() + 6;
         const double nameWidth = valueRight - kValueWidth - 6 - nameLeft;
-        QString name = application.name;
-        if (application.isApplication())
-            name += QStringLiteral(" · ") + processCountText(application.processCount());
-        paint::text(painter, theme, QRectF(nameLeft, rect.top(), nameWidth, rect.height()), name,
-                    kFontSize, QFont::Normal,
+        // The count stays whole; a long name gives way to it.
+        const QString count =
+            application.isApplication()
+                ? QStringLiteral(" · ") + processCountText(application.processCount())
+                : QString();
+        const double countWidth =
+            count.isEmpty() ? 0
+                            : std::min(paint::textWidth(theme, count, kFontSize), nameWidth * 0.6);
+        const double fullName = paint::textWidth(theme, application.name, kFontSize);
+        const double nameSpace = std::min(fullName, nameWidth - countWidth);
+        paint::text(painter, theme, QRectF(nameLeft, rect.top(), nameSpace, rect.height()),
+                    application.name, kFontSize, QFont::Normal,
                     application.ownedByUser ? theme.primary() : theme.secondary());
+        if (!count.isEmpty())
+            paint::text(painter, theme,
+                        QRectF(nameLeft + nameSpace, rect.top(), countWidth, rect.height()), count,
+                        kFontSize, QFont::Normal, theme.secondary());
     }
     double y = rowsTop() + double(std::max<qsizetype>(current.size(), 1)) * kRowHeight;
     const double line = paint::lineHeight(theme, kCaptionSize) + kSpacing;

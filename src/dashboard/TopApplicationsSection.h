@@ -27,7 +27,7 @@ class TopApplicationsSection final : public QWidget {
 public:
     static constexpr int kRows = 5;
     static constexpr double kTitleSize = 11;
-    static constexpr double kRowHeight = 22;
+    static constexpr double kRowHeight = 20;
     static constexpr double kIconSize = 16;
     static constexpr double kFontSize = 11;
     static constexpr double kCaptionSize = 10;

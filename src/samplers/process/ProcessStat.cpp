@@ -2,6 +2,8 @@
 
 #include "samplers/kernel/TextScan.h"
 
+#include <cstring>
+
 namespace lumetra {
 
 std::optional<ProcessStat> parseProcessStat(std::string_view text) {
@@ -11,34 +13,34 @@ std::optional<ProcessStat> parseProcessStat(std::string_view text) {
         return std::nullopt;
     ProcessStat stat;
     stat.comm = text.substr(open + 1, close - open - 1);
-    std::string_view rest = text.substr(close + 1);
 
-    // Fields are numbered from 1 (pid) as proc(5) does; comm is 2, so `rest` starts at 3.
-    int number = 3;
+    // Fields are numbered from 1 (pid) as proc(5) does; comm is 2, so after it comes 3. The
+    // kernel separates them by single spaces; a refresh parses one line per process, so the
+    // fields it skips are jumped over with memchr rather than looked at.
+    const char* position = text.data() + close + 1;
+    const char* const end = text.data() + text.size();
     std::uint64_t utime = 0;
-    for (std::string_view field = textscan::nextField(rest); !field.empty();
-         field = textscan::nextField(rest), ++number) {
+    for (int number = 3; number <= 24; ++number) {
+        while (position < end && textscan::isBlank(*position))
+            ++position;
+        if (position >= end)
+            return std::nullopt; // cut short before rss
+        const void* blank = std::memchr(position, ' ', std::size_t(end - position));
+        const char* fieldEnd = blank ? static_cast<const char*>(blank) : end;
+        const std::string_view field(position, std::size_t(fieldEnd - position));
+        position = fieldEnd;
         if (number == 3) {
             if (field.size() != 1)
                 return std::nullopt;
             stat.state = field.front();
             continue;
         }
-        std::optional<std::uint64_t> value;
-        switch (number) {
-        case 9:
-        case 14:
-        case 15:
-        case 20:
-        case 22:
-        case 24:
-            value = textscan::parseUnsigned(textscan::trim(field));
-            if (!value)
-                return std::nullopt;
-            break;
-        default:
+        if (number != 9 && number != 14 && number != 15 && number != 20 && number != 22 &&
+            number != 24)
             continue;
-        }
+        const std::optional<std::uint64_t> value = textscan::parseUnsigned(textscan::trim(field));
+        if (!value)
+            return std::nullopt;
         switch (number) {
         case 9:
             stat.flags = *value;
@@ -57,10 +59,10 @@ std::optional<ProcessStat> parseProcessStat(std::string_view text) {
             break;
         case 24:
             stat.residentPages = *value;
-            return stat;
+            break;
         }
     }
-    return std::nullopt; // cut short before rss
+    return stat;
 }
 
 } // namespace lumetra

@@ -108,13 +108,19 @@ bool contains(const TopApplication& row, int pid) {
 }
 
 TEST(ProcessTableLiveTest, AChildSpinningOneCoreLeadsByCpuWithinTwoIntervals) {
-    ProcessTable table{KernelRoots(), DesktopEntries({})};
     Child spinner(spinForever);
-    table.refresh();
+    // Other work on a shared machine can take a share of the spinner's core for a while: the
+    // claim is tried afresh (a new list, two intervals) up to three times.
     std::optional<TopApplication> first;
-    for (int interval = 0; interval < 2; ++interval) {
-        std::this_thread::sleep_for(std::chrono::seconds(1));
-        first = table.refresh().top(TopApplicationOrder::cpu, 1).value(0);
+    for (int attempt = 0; attempt < 3; ++attempt) {
+        ProcessTable table{KernelRoots(), DesktopEntries({})};
+        table.refresh();
+        for (int interval = 0; interval < 2; ++interval) {
+            std::this_thread::sleep_for(std::chrono::seconds(1));
+            first = table.refresh().top(TopApplicationOrder::cpu, 1).value(0);
+            if (contains(*first, spinner.pid()) && first->cpuPercent >= 90)
+                break;
+        }
         if (contains(*first, spinner.pid()) && first->cpuPercent >= 90)
             break;
     }

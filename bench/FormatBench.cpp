@@ -36,12 +36,11 @@ LUMETRA_BENCHMARK(BM_LabelTextAllMetrics);
 
 void BM_ChipsAllMetrics(benchmark::State& state) {
     const SystemMetrics metrics = busyMachine();
-    const MetricHistory cpu = fullHistory();
-    const MetricHistory memory = fullHistory();
+    const MetricHistories histories{fullHistory(), fullHistory(), fullHistory()};
     LabelSettings settings;
     settings.style = MenuBarDisplayStyle::compactGraph;
     for (auto _ : state)
-        benchmark::DoNotOptimize(chips(metrics, cpu, memory, settings));
+        benchmark::DoNotOptimize(chips(metrics, histories, settings));
 }
 LUMETRA_BENCHMARK(BM_ChipsAllMetrics);
 

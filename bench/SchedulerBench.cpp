@@ -1,11 +1,13 @@
 #include "BenchMain.h"
 
+#include "core/FastSampler.h"
 #include "core/SystemMonitor.h"
-#include "samplers/temperature/TemperatureProvider.h"
 #include "samplers/cpu/CPUMonitor.h"
+#include "samplers/disk/DiskIOMonitor.h"
 #include "samplers/disk/DiskMonitor.h"
 #include "samplers/memory/MemoryMonitor.h"
 #include "samplers/network/NetworkMonitor.h"
+#include "samplers/temperature/TemperatureProvider.h"
 
 #include <QCoreApplication>
 
@@ -18,33 +20,22 @@ struct LiveMachine {
     std::shared_ptr<CPUMonitor> cpu = std::make_shared<CPUMonitor>();
     std::shared_ptr<MemoryMonitor> memory = std::make_shared<MemoryMonitor>();
     std::shared_ptr<NetworkMonitor> network = std::make_shared<NetworkMonitor>();
-    std::shared_ptr<TemperatureProvider> temperature =
-        std::make_shared<TemperatureProvider>();
+    std::shared_ptr<TemperatureProvider> temperature = std::make_shared<TemperatureProvider>();
     std::shared_ptr<DiskMonitor> disk = std::make_shared<DiskMonitor>();
-    SystemMonitor monitor{{cpu, memory, network, temperature, disk}, 1, 2};
+    std::shared_ptr<DiskIOMonitor> diskIO = std::make_shared<DiskIOMonitor>();
+    SystemMonitor monitor{{cpu, memory, network, temperature, disk, diskIO}, 1, 2};
 };
 
-// One whole fast tick as the scheduler runs it: read CPU, memory with pressure and network,
-// turn counters into rates, hand the values to the main thread and publish them.
+// One whole fast tick as the scheduler runs it: read CPU with its cores, memory with swap and
+// pressure, network and disk counters, turn counters into rates, hand the sample to the main
+// thread and publish it.
 void BM_FastTick(benchmark::State& state) {
     LiveMachine machine;
-    std::optional<NetworkCounterSample> previous;
+    FastSampler sampler({machine.cpu, machine.memory, machine.network, machine.diskIO});
     for (auto _ : state) {
-        const std::optional<CPUUsage> cpu = machine.cpu->currentUsage();
-        const std::optional<double> usage = cpu ? std::optional(cpu->total) : std::nullopt;
-        const std::optional<MemorySnapshot> memory = machine.memory->currentSnapshot();
-        const MemoryPressureLevel pressure = machine.memory->pressure();
-        std::optional<NetworkRates> rates;
-        if (const auto current = machine.network->currentCounters()) {
-            if (previous)
-                rates = NetworkProviding::rates(*previous, *current);
-            previous = current;
-        }
         QMetaObject::invokeMethod(
             &machine.monitor,
-            [&machine, memory, pressure, rates, usage] {
-                machine.monitor.applyFastSample(memory, pressure, rates, usage);
-            },
+            [&machine, sample = sampler.sample()] { machine.monitor.applyFastSample(sample); },
             Qt::QueuedConnection);
         QCoreApplication::sendPostedEvents(&machine.monitor);
     }

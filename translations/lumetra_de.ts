@@ -106,6 +106,10 @@
         <source>Unavailable</source>
         <translation>Nicht verfügbar</translation>
     </message>
+    <message>
+        <source>No swap</source>
+        <translation>Kein Swap</translation>
+    </message>
 </context>
 <context>
     <name>MenuBarMetric</name>
@@ -128,6 +132,18 @@
     <message>
         <source>Upload</source>
         <translation>Upload</translation>
+    </message>
+    <message>
+        <source>Swap</source>
+        <translation>Swap</translation>
+    </message>
+    <message>
+        <source>Disk Read</source>
+        <translation>Datenträger-Lesen</translation>
+    </message>
+    <message>
+        <source>Disk Write</source>
+        <translation>Datenträger-Schreiben</translation>
     </message>
 </context>
 <context>
@@ -194,6 +210,14 @@
         <source>Network</source>
         <translation>Netzwerk</translation>
     </message>
+    <message>
+        <source>Swap</source>
+        <translation>Swap</translation>
+    </message>
+    <message>
+        <source>Disk Activity</source>
+        <translation>Datenträgeraktivität</translation>
+    </message>
 </context>
 <context>
     <name>MetricsTooltip</name>
@@ -237,6 +261,18 @@
         <source>%1 free of %2</source>
         <translation>%1 frei von %2</translation>
     </message>
+    <message>
+        <source>Swap</source>
+        <translation>Swap</translation>
+    </message>
+    <message>
+        <source>Disk read</source>
+        <translation>Datenträger lesen</translation>
+    </message>
+    <message>
+        <source>Disk write</source>
+        <translation>Datenträger schreiben</translation>
+    </message>
 </context>
 <context>
     <name>NetworkCardView</name>
@@ -246,15 +282,15 @@
     </message>
     <message>
         <source>Network</source>
-        <translation>Netzwerk</translation>
+        <translation type="vanished">Netzwerk</translation>
     </message>
     <message>
         <source>Download</source>
-        <translation>Download</translation>
+        <translation type="vanished">Download</translation>
     </message>
     <message>
         <source>Upload</source>
-        <translation>Upload</translation>
+        <translation type="vanished">Upload</translation>
     </message>
 </context>
 <context>
@@ -426,35 +462,35 @@
     <name>lumetra</name>
     <message>
         <source>CPU</source>
-        <translation>CPU</translation>
+        <translation type="vanished">CPU</translation>
     </message>
     <message>
         <source>Memory</source>
-        <translation>Speicher</translation>
+        <translation type="vanished">Speicher</translation>
     </message>
     <message>
         <source>Memory pressure</source>
-        <translation>Speicherdruck</translation>
+        <translation type="vanished">Speicherdruck</translation>
     </message>
     <message>
         <source>Temperature</source>
-        <translation>Temperatur</translation>
+        <translation type="vanished">Temperatur</translation>
     </message>
     <message>
         <source>Unavailable</source>
-        <translation>nicht verfügbar</translation>
+        <translation type="vanished">nicht verfügbar</translation>
     </message>
     <message>
         <source>Thermal state</source>
-        <translation>Thermischer Zustand</translation>
+        <translation type="vanished">Thermischer Zustand</translation>
     </message>
     <message>
         <source>Download</source>
-        <translation>Download</translation>
+        <translation type="vanished">Download</translation>
     </message>
     <message>
         <source>Upload</source>
-        <translation>Upload</translation>
+        <translation type="vanished">Upload</translation>
     </message>
     <message>
         <source>Disk</source>
@@ -1001,6 +1037,14 @@
     <message>
         <source>Done</source>
         <translation>Fertig</translation>
+    </message>
+    <message>
+        <source>Swap</source>
+        <translation>Swap</translation>
+    </message>
+    <message>
+        <source>Disk Activity</source>
+        <translation>Datenträgeraktivität</translation>
     </message>
 </context>
 </TS>

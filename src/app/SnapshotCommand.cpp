@@ -1,5 +1,7 @@
 #include "app/SnapshotCommand.h"
 
+#include "appearance/Palette.h"
+
 #include "app/Translations.h"
 
 #include "core/LiveProviders.h"
@@ -39,15 +41,13 @@ QImage labelPicture(const SystemMonitor& monitor, const LabelSettings& settings,
     constexpr int kMargin = 10;
     MenuBarLabelView label;
     QPalette palette = label.palette();
-    const QColor text = dark ? QColor(0xF2, 0xF2, 0xF7) : QColor(0x1C, 0x1C, 0x1E);
+    const QColor text = palette::text(dark).as<QColor>();
     palette.setColor(QPalette::WindowText, text);
     palette.setColor(QPalette::Text, text);
-    palette.setColor(QPalette::Highlight,
-                     dark ? QColor(0x0A, 0x84, 0xFF) : QColor(0x00, 0x7A, 0xFF));
-    palette.setColor(QPalette::PlaceholderText,
-                     dark ? QColor(235, 235, 245, 153) : QColor(60, 60, 67, 153));
+    palette.setColor(QPalette::Highlight, palette::accent(dark).as<QColor>());
+    palette.setColor(QPalette::PlaceholderText, palette::secondaryText(dark).as<QColor>());
     label.setPalette(palette);
-    label.setContent(monitor.metrics(), monitor.cpuHistory(), monitor.memoryHistory(), settings);
+    label.setContent(monitor.metrics(), monitor.histories(), settings);
     label.adjustSize();
     const QSize size(label.width() + 2 * kMargin, kPanelHeight);
     QImage image(qRound(size.width() * devicePixelRatio), qRound(size.height() * devicePixelRatio),
@@ -55,7 +55,7 @@ QImage labelPicture(const SystemMonitor& monitor, const LabelSettings& settings,
     image.setDevicePixelRatio(devicePixelRatio);
     image.setDotsPerMeterX(3780);
     image.setDotsPerMeterY(3780);
-    image.fill(dark ? QColor(0x1E, 0x1E, 0x20) : QColor(0xF6, 0xF6, 0xF8));
+    image.fill(palette::panelSurface(dark).as<QColor>());
     QPainter painter(&image);
     label.render(&painter, QPoint(kMargin, (kPanelHeight - label.height()) / 2), QRegion(),
                  QWidget::DrawChildren);

@@ -1,39 +1,51 @@
 #include "cli/SampleJson.h"
 
+#include "format/MetricCatalogue.h"
+
 namespace lumetra {
+
+namespace {
+
+// The catalogue's figures as JSON fields.
+class JsonFigures final : public FigureWriter {
+public:
+    explicit JsonFigures(JsonWriter& json) : json_(json) {}
+
+    void number(const char* key, std::optional<double> value) override {
+        json_.key(key).value(value);
+    }
+    void count(const char* key, std::optional<std::uint64_t> value) override {
+        if (value)
+            json_.key(key).value(*value);
+        else
+            json_.key(key).null();
+    }
+    void word(const char* key, std::string_view value) override { json_.key(key).value(value); }
+    void names(const char* key, const QStringList& values) override {
+        json_.key(key).beginArray();
+        for (const QString& value : values)
+            json_.value(value);
+        json_.endArray();
+    }
+    void numbers(const char* key, std::span<const double> values) override {
+        json_.key(key).beginArray();
+        for (double value : values)
+            json_.value(value);
+        json_.endArray();
+    }
+
+private:
+    JsonWriter& json_;
+};
+
+} // namespace
 
 void writeSampleJson(JsonWriter& json, const SystemMetrics& metrics, const DiskVolumeList& disks,
                      const QString& label, const std::function<void(JsonWriter&)>& more) {
     json.beginObject();
     json.key("timestamp").value(isoTimestamp(metrics.timestamp));
-    // A figure that could not be read is null, never a made-up 0.
-    if (metrics.cpuUsageValid)
-        json.key("cpuUsage").value(metrics.cpuUsage);
-    else
-        json.key("cpuUsage").null();
-    if (metrics.memoryValid) {
-        json.key("memoryUsed").value(metrics.memoryUsed);
-        json.key("memoryTotal").value(metrics.memoryTotal);
-        json.key("memoryPercentage").value(metrics.memoryPercentage);
-    } else {
-        json.key("memoryUsed").null();
-        json.key("memoryTotal").null();
-        json.key("memoryPercentage").null();
-    }
-    json.key("memoryPressure").value(rawValue(metrics.memoryPressure));
-    json.key("temperature").value(metrics.temperature);
-    json.key("thermalState").value(rawValue(metrics.thermalState));
-    json.key("temperatureAvailability").value(rawValue(metrics.temperatureAvailability));
-    json.key("temperatureSources").beginArray();
-    for (const QString& sensor : metrics.temperatureSources)
-        json.value(sensor);
-    json.endArray();
-    json.key("downloadBytesPerSecond").value(metrics.downloadBytesPerSecond);
-    json.key("uploadBytesPerSecond").value(metrics.uploadBytesPerSecond);
-    json.key("networkInterfaces").beginArray();
-    for (const QString& name : metrics.networkInterfaces)
-        json.value(name);
-    json.endArray();
+    JsonFigures figures(json);
+    writeFigures(figures, metrics);
     json.key("disks").beginArray();
     for (const DiskVolume& volume : disks) {
         json.beginObject();

@@ -22,18 +22,12 @@ std::optional<double> highestPercentage(const QList<LabelPiece>& pieces) {
     return highest;
 }
 
-// i3bar draws text in the bar's own colour unless a block names one.
-const char* i3barColor(LevelColor color) {
-    switch (color) {
-    case LevelColor::orange:
-        return "#ff9500";
-    case LevelColor::red:
-        return "#ff3b30";
-    case LevelColor::secondary:
-    case LevelColor::accent:
-        return nullptr;
-    }
-    return nullptr;
+// i3bar draws text in the bar's own colour unless a block names one: only the warning
+// colours are named.
+std::optional<std::array<char, 8>> i3barColor(LevelColor color) {
+    if (color != LevelColor::orange && color != LevelColor::red)
+        return std::nullopt;
+    return panelLevelColor(color).hex();
 }
 
 // Into the reused buffer, which keeps its capacity from line to line.
@@ -66,15 +60,13 @@ std::string StatusLineWriter::header() const {
 const std::string& StatusLineWriter::line(const StatusSnapshot& snapshot) {
     switch (format_) {
     case OutputFormat::text:
-        assignUtf8(text_, labelLine(snapshot.metrics, snapshot.cpuHistory, snapshot.memoryHistory,
-                                    snapshot.settings));
+        assignUtf8(text_, labelLine(snapshot.metrics, snapshot.histories, snapshot.settings));
         text_ += '\n';
         return text_;
     case OutputFormat::json:
         json_.clear();
         writeSampleJson(json_, snapshot.metrics, snapshot.disks,
-                        labelLine(snapshot.metrics, snapshot.cpuHistory, snapshot.memoryHistory,
-                                  snapshot.settings),
+                        labelLine(snapshot.metrics, snapshot.histories, snapshot.settings),
                         top_ ? std::function<void(JsonWriter&)>([this](JsonWriter& json) {
                             writeTopApplicationsJson(json, *top_, topCount_);
                         })
@@ -98,13 +90,12 @@ const std::string& StatusLineWriter::line(const StatusSnapshot& snapshot) {
 }
 
 void StatusLineWriter::writeWaybar(const StatusSnapshot& snapshot) {
-    const QList<LabelPiece> pieces = labelPieces(snapshot.metrics, snapshot.cpuHistory,
-                                                 snapshot.memoryHistory, snapshot.settings);
+    const QList<LabelPiece> pieces =
+        labelPieces(snapshot.metrics, snapshot.histories, snapshot.settings);
     const std::optional<double> highest = highestPercentage(pieces);
     json_.clear();
     json_.beginObject();
-    json_.key("text").value(labelLine(snapshot.metrics, snapshot.cpuHistory, snapshot.memoryHistory,
-                                      snapshot.settings));
+    json_.key("text").value(labelLine(snapshot.metrics, snapshot.histories, snapshot.settings));
     QString tooltip = metricsTooltip(snapshot.metrics, snapshot.disks);
     if (top_) {
         const TopApplicationOrder order =
@@ -121,8 +112,7 @@ void StatusLineWriter::writeWaybar(const StatusSnapshot& snapshot) {
 }
 
 void StatusLineWriter::writeI3bar(const StatusSnapshot& snapshot) {
-    QList<LabelPiece> pieces = labelPieces(snapshot.metrics, snapshot.cpuHistory,
-                                           snapshot.memoryHistory, snapshot.settings);
+    QList<LabelPiece> pieces = labelPieces(snapshot.metrics, snapshot.histories, snapshot.settings);
     if (pieces.isEmpty())
         pieces.append({MenuBarMetric::cpu, QStringLiteral("lumetra"), std::nullopt});
     const QString separator = separatorText(snapshot.settings.separator);
@@ -135,8 +125,8 @@ void StatusLineWriter::writeI3bar(const StatusSnapshot& snapshot) {
         json_.key("instance").value(rawValue(piece.metric));
         // The user's separator joins the blocks, as it joins the label's metrics.
         json_.key("full_text").value(i == 0 ? piece.text : separator + piece.text);
-        if (const char* color = i3barColor(levelColor(piece.percentage)))
-            json_.key("color").value(color);
+        if (const auto color = i3barColor(levelColor(piece.percentage)))
+            json_.key("color").value(color->data());
         json_.key("separator").value(false);
         json_.key("separator_block_width").value(0);
         json_.endObject();

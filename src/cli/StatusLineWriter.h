@@ -4,7 +4,7 @@
 #include "cli/TerminalOptions.h"
 #include "format/LabelSettings.h"
 #include "model/DiskVolume.h"
-#include "model/MetricHistory.h"
+#include "model/MetricHistories.h"
 #include "model/SystemMetrics.h"
 #include "model/TopApplications.h"
 
@@ -15,8 +15,7 @@ namespace lumetra {
 // Everything one output line is made of.
 struct StatusSnapshot {
     const SystemMetrics& metrics;
-    const MetricHistory& cpuHistory;
-    const MetricHistory& memoryHistory;
+    const MetricHistories& histories;
     const DiskVolumeList& disks;
     const LabelSettings& settings;
 };

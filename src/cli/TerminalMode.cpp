@@ -12,7 +12,11 @@ TerminalMode::TerminalMode(const TerminalOptions& options, SettingsStore& settin
     connect(&monitor_, &SystemMonitor::metricsChanged, this, &TerminalMode::onMetricsChanged);
 
     // The panel app may change the settings while we run: the next line shows it.
-    auto refreshLabelSettings = [this] { labelSettings_ = LabelSettings::from(settings_); };
+    auto refreshLabelSettings = [this] {
+        labelSettings_ = LabelSettings::from(settings_);
+        monitor_.setDiskIOWanted(wantsDiskIO());
+    };
+    monitor_.setDiskIOWanted(wantsDiskIO());
     connect(&settings_, &SettingsStore::displayedMetricsChanged, this, refreshLabelSettings);
     connect(&settings_, &SettingsStore::separatorChanged, this, refreshLabelSettings);
     connect(&settings_, &SettingsStore::memoryFormatChanged, this, refreshLabelSettings);
@@ -25,6 +29,15 @@ TerminalMode::TerminalMode(const TerminalOptions& options, SettingsStore& settin
     });
     connect(&settings_, &SettingsStore::temperatureIntervalChanged, this,
             [this] { monitor_.setTemperatureInterval(seconds(settings_.temperatureInterval())); });
+}
+
+bool TerminalMode::wantsDiskIO() const {
+    // JSON carries every figure and waybar's tooltip lists every metric; the other formats
+    // show the disks' rates only when the label does.
+    if (options_.format == OutputFormat::json || options_.format == OutputFormat::waybar)
+        return true;
+    return labelSettings_.displayedMetrics.contains(MenuBarMetric::diskRead) ||
+           labelSettings_.displayedMetrics.contains(MenuBarMetric::diskWrite);
 }
 
 void TerminalMode::start() {
@@ -56,8 +69,8 @@ void TerminalMode::onMetricsChanged() {
 }
 
 void TerminalMode::writeLine() {
-    const StatusSnapshot snapshot{monitor_.metrics(), monitor_.cpuHistory(),
-                                  monitor_.memoryHistory(), monitor_.diskVolumes(), labelSettings_};
+    const StatusSnapshot snapshot{monitor_.metrics(), monitor_.histories(), monitor_.diskVolumes(),
+                                  labelSettings_};
     writer_.setTopApplications(top_ ? &top_->topApplications() : nullptr, options_.top);
     write(writer_.line(snapshot));
     ++linesWritten_;

@@ -39,6 +39,7 @@ signals:
 private:
     void onMetricsChanged();
     void writeLine();
+    bool wantsDiskIO() const;
     void write(const std::string& text);
 
     TerminalOptions options_;

@@ -1,14 +1,10 @@
 #pragma once
 
+#include "core/FastSample.h"
 #include "model/DiskVolume.h"
-#include "model/MemoryPressureLevel.h"
-#include "model/NetworkCounterSample.h"
 #include "model/TemperatureReading.h"
-#include "samplers/memory/MemorySnapshot.h"
 
 #include <QObject>
-
-#include <optional>
 
 namespace lumetra {
 
@@ -20,10 +16,7 @@ class MetricsSink : public QObject {
 public:
     using QObject::QObject;
 
-    virtual void applyFastSample(const std::optional<MemorySnapshot>& memory,
-                                 MemoryPressureLevel pressure,
-                                 const std::optional<NetworkRates>& rates,
-                                 std::optional<double> cpuUsage) = 0;
+    virtual void applyFastSample(const FastSample& sample) = 0;
     virtual void applyThermalReading(const TemperatureReading& reading) = 0;
     virtual void applyDiskVolumes(const DiskVolumeList& volumes) = 0;
 };

@@ -2,7 +2,8 @@
 
 #include "model/AppId.h"
 
-#include <QTimer>
+#include <QBasicTimer>
+#include <QTimerEvent>
 
 #include <cmath>
 #include <mutex>
@@ -38,15 +39,10 @@ public:
                     double temperatureInterval)
         : providers_(std::move(providers)), updateInterval_(updateInterval),
           temperatureInterval_(temperatureInterval),
+          fastSampler_({providers_.cpu, providers_.memory, providers_.network, providers_.diskIO}),
           diskExecutor_(QString::fromLatin1(kAppId) + ".disks"),
           channel_(std::make_shared<WorkerChannel>()) {
         channel_->worker = this;
-        for (QTimer* timer : {&fastTimer_, &slowTimer_}) {
-            timer->setSingleShot(true);
-            timer->setTimerType(Qt::PreciseTimer);
-        }
-        connect(&fastTimer_, &QTimer::timeout, this, &SchedulerWorker::fastTick);
-        connect(&slowTimer_, &QTimer::timeout, this, &SchedulerWorker::slowTick);
     }
 
     ~SchedulerWorker() override {
@@ -57,6 +53,7 @@ public:
     void setSink(MetricsSink* sink) { sink_ = sink; }
     void setUpdateInterval(double seconds) { updateInterval_ = seconds; }
     void setTemperatureInterval(double seconds) { temperatureInterval_ = seconds; }
+    void setDiskIOWanted(bool wanted) { fastSampler_.setDiskIOWanted(wanted); }
 
     void start() {
         if (running_)
@@ -79,28 +76,28 @@ public:
             startDiskChild(std::nullopt);
     }
 
+protected:
+    void timerEvent(QTimerEvent* event) override {
+        if (event->timerId() == fastTimer_.timerId()) {
+            fastTimer_.stop();
+            fastTick();
+        } else if (event->timerId() == slowTimer_.timerId()) {
+            slowTimer_.stop();
+            slowTick();
+        } else {
+            QObject::timerEvent(event);
+        }
+    }
+
 private:
     void fastTick() {
         if (!running_)
             return;
-        const std::optional<CPUUsage> cpu = providers_.cpu->currentUsage();
-        const std::optional<double> usage = cpu ? std::optional(cpu->total) : std::nullopt;
-        const std::optional<MemorySnapshot> memory = providers_.memory->currentSnapshot();
-        const MemoryPressureLevel pressure = providers_.memory->pressure();
-        const std::optional<NetworkRates> rates = networkRates();
-        deliver([=](MetricsSink& sink) { sink.applyFastSample(memory, pressure, rates, usage); });
-        fastTimer_.start(sleepFor(updateInterval_));
-    }
-
-    std::optional<NetworkRates> networkRates() {
-        const std::optional<NetworkCounterSample> current = providers_.network->currentCounters();
-        if (!current)
-            return std::nullopt; // the previous reading stays the baseline
-        std::optional<NetworkRates> rates;
-        if (previousNetworkSample_)
-            rates = NetworkProviding::rates(*previousNetworkSample_, *current);
-        previousNetworkSample_ = current;
-        return rates;
+        FastSample sample = fastSampler_.sample();
+        deliver([sample = std::move(sample)](MetricsSink& sink) { sink.applyFastSample(sample); });
+        // A sink on this thread may have stopped the loop from inside the delivery.
+        if (running_)
+            fastTimer_.start(int(sleepFor(updateInterval_).count()), Qt::PreciseTimer, this);
     }
 
     void slowTick() {
@@ -114,14 +111,13 @@ private:
     }
 
     void startThermalChild(std::uint64_t generation) {
-        providers_.thermal->requestReading(
-            [channel = channel_, generation](const TemperatureReading& reading) {
-                channel->post([reading, generation](SchedulerWorker& worker) {
-                    worker.deliver(
-                        [reading](MetricsSink& sink) { sink.applyThermalReading(reading); });
-                    worker.slowChildDone(generation);
-                });
+        providers_.thermal->requestReading([channel = channel_,
+                                            generation](const TemperatureReading& reading) {
+            channel->post([reading, generation](SchedulerWorker& worker) {
+                worker.deliver([reading](MetricsSink& sink) { sink.applyThermalReading(reading); });
+                worker.slowChildDone(generation);
             });
+        });
     }
 
     // `generation` is absent for a refresh outside the loop.
@@ -140,28 +136,36 @@ private:
         if (!running_ || generation != generation_)
             return;
         if (--pendingSlowChildren_ == 0)
-            slowTimer_.start(sleepFor(temperatureInterval_));
+            slowTimer_.start(int(sleepFor(temperatureInterval_).count()), Qt::PreciseTimer, this);
     }
 
-    // Hands a call to the sink on its own thread; without a sink the result is dropped.
+    // Hands a call to the sink on its own thread (at once when that is this one); without a
+    // sink the result is dropped.
     template <typename Call>
     void deliver(Call call) {
         if (!sink_)
             return;
+        if (sink_->thread() == QThread::currentThread()) {
+            call(*sink_);
+            return;
+        }
         QMetaObject::invokeMethod(
-            sink_.data(), [sink = sink_, call] { call(*sink); }, Qt::QueuedConnection);
+            sink_.data(), [sink = sink_, call = std::move(call)] { call(*sink); },
+            Qt::QueuedConnection);
     }
 
     MonitoringProviders providers_;
     double updateInterval_;
     double temperatureInterval_;
     QPointer<MetricsSink> sink_;
-    std::optional<NetworkCounterSample> previousNetworkSample_;
+    FastSampler fastSampler_; // keeps the counters' baselines across a stop
     bool running_ = false;
     std::uint64_t generation_ = 0;
     int pendingSlowChildren_ = 0;
-    QTimer fastTimer_{this}; // children, so they move to the loop thread with the worker
-    QTimer slowTimer_{this};
+    // Basic timers, single-shot by stopping them as they fire: a tick then costs one timer
+    // event, without a signal in between. They belong to the worker's thread.
+    QBasicTimer fastTimer_;
+    QBasicTimer slowTimer_;
     SerialExecutor diskExecutor_;
     std::shared_ptr<WorkerChannel> channel_;
 };
@@ -178,14 +182,20 @@ void WorkerChannel::post(Function function) {
 }
 
 MonitoringScheduler::MonitoringScheduler(MonitoringProviders providers, double updateInterval,
-                                         double temperatureInterval)
+                                         double temperatureInterval, SamplingThread thread)
     : worker_(new SchedulerWorker(std::move(providers), updateInterval, temperatureInterval)) {
+    if (thread == SamplingThread::caller)
+        return;
     thread_.setObjectName(QString::fromLatin1(kAppId) + ".scheduler");
     worker_->moveToThread(&thread_);
     thread_.start();
 }
 
 MonitoringScheduler::~MonitoringScheduler() {
+    if (!thread_.isRunning()) {
+        delete worker_; // it lives on this thread
+        return;
+    }
     // The worker's timers belong to its thread, so it is deleted there, then the thread ends.
     QMetaObject::invokeMethod(
         worker_, [worker = worker_] { delete worker; }, Qt::BlockingQueuedConnection);
@@ -215,8 +225,17 @@ void MonitoringScheduler::setTemperatureInterval(double seconds) {
         worker_, [worker = worker_, seconds] { worker->setTemperatureInterval(seconds); });
 }
 
+void MonitoringScheduler::setDiskIOWanted(bool wanted) {
+    QMetaObject::invokeMethod(worker_,
+                              [worker = worker_, wanted] { worker->setDiskIOWanted(wanted); });
+}
+
 void MonitoringScheduler::refreshDiskVolumes() {
     QMetaObject::invokeMethod(worker_, [worker = worker_] { worker->refreshDiskVolumes(); });
+}
+
+QThread* MonitoringScheduler::thread() const {
+    return worker_->thread(); // the loops' own, or the caller's (SamplingThread::caller)
 }
 
 } // namespace lumetra

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "core/FastSampler.h"
 #include "core/MetricsSink.h"
 #include "model/SerialExecutor.h"
 #include "samplers/cpu/CPUProviding.h"
@@ -17,6 +18,11 @@ namespace lumetra {
 
 class SchedulerWorker;
 
+// Where the sampling loops run: on a thread of their own (the panel app, whose main thread
+// draws), or on the thread that owns the scheduler (the terminal mode, whose main thread
+// does nothing else: sampling there saves a thread hop on every tick).
+enum class SamplingThread { own, caller };
+
 // The providers a scheduler samples.
 struct MonitoringProviders {
     std::shared_ptr<CPUProviding> cpu;
@@ -24,10 +30,12 @@ struct MonitoringProviders {
     std::shared_ptr<NetworkProviding> network;
     std::shared_ptr<ThermalMonitor> thermal;
     std::shared_ptr<DiskProviding> disk; // null: no disks are listed (a line that shows none)
+    std::shared_ptr<DiskIOProviding> diskIO = nullptr; // null: no disk throughput
 };
 
 // Runs the two sampling loops on a thread of its own:
-//  - the fast loop reads CPU, memory with pressure and network every update interval;
+//  - the fast loop reads CPU, memory with pressure, network and disk throughput every update
+//    interval;
 //  - the slow loop reads temperature and disks every temperature interval, the two
 //    concurrently (temperature on the thermal monitor's thread, disks on a disk thread).
 // Each loop samples first, then sleeps the interval read at that moment, so the first values
@@ -39,7 +47,7 @@ struct MonitoringProviders {
 class MonitoringScheduler {
 public:
     MonitoringScheduler(MonitoringProviders providers, double updateInterval,
-                        double temperatureInterval);
+                        double temperatureInterval, SamplingThread thread = SamplingThread::own);
     ~MonitoringScheduler(); // ends both loops and joins the thread
     MonitoringScheduler(const MonitoringScheduler&) = delete;
     MonitoringScheduler& operator=(const MonitoringScheduler&) = delete;
@@ -50,10 +58,12 @@ public:
     void stop();
     void setUpdateInterval(double seconds);
     void setTemperatureInterval(double seconds);
+    // Whether the fast loop reads the disks' counters (on at first).
+    void setDiskIOWanted(bool wanted);
     // One disk reading outside the slow loop, running or not.
     void refreshDiskVolumes();
     // The loops' thread, for other readers that sample on it (the process list).
-    QThread* thread() { return &thread_; }
+    QThread* thread() const;
 
 private:
     QThread thread_;

@@ -12,7 +12,7 @@ std::optional<Instant> StoredUpdateCheckSettings::lastUpdateCheckDate() const {
     const std::optional<QDateTime> date = store_.lastUpdateCheckDate();
     if (!date || !date->isValid())
         return std::nullopt;
-    return Instant(std::chrono::milliseconds(date->toMSecsSinceEpoch()));
+    return instantFromMilliseconds(date->toMSecsSinceEpoch());
 }
 
 void StoredUpdateCheckSettings::setLastUpdateCheckDate(Instant date) {

@@ -1,10 +1,12 @@
 #include "core/SystemMonitor.h"
 
+#include "format/MetricCatalogue.h"
+
 namespace lumetra {
 
 namespace {
 
-double memoryPercentage(std::uint64_t used, std::uint64_t total) {
+double percentage(std::uint64_t used, std::uint64_t total) {
     if (total == 0)
         return 0;
     const double percentage = static_cast<double>(used) / static_cast<double>(total) * 100;
@@ -16,13 +18,14 @@ double memoryPercentage(std::uint64_t used, std::uint64_t total) {
 } // namespace
 
 SystemMonitor::SystemMonitor(Providers providers, double updateInterval, double temperatureInterval,
-                             QObject* parent)
+                             QObject* parent, SamplingThread thread)
     : MetricsSink(parent) {
-    MonitoringProviders scheduled{providers.cpu, providers.memory, providers.network,
-                                  std::make_shared<ThermalMonitor>(providers.temperature),
-                                  providers.disk};
+    MonitoringProviders scheduled{
+        providers.cpu,     providers.memory,
+        providers.network, std::make_shared<ThermalMonitor>(providers.temperature),
+        providers.disk,    providers.diskIO};
     scheduler_ = std::make_unique<MonitoringScheduler>(std::move(scheduled), updateInterval,
-                                                       temperatureInterval);
+                                                       temperatureInterval, thread);
     // Posted to the loop thread now, so it is in place before any start() reaches it.
     scheduler_->setSink(this);
 }
@@ -47,37 +50,52 @@ void SystemMonitor::setTemperatureInterval(double seconds) {
     scheduler_->setTemperatureInterval(seconds);
 }
 
+void SystemMonitor::setDiskIOWanted(bool wanted) {
+    scheduler_->setDiskIOWanted(wanted);
+}
+
 void SystemMonitor::refreshDiskVolumes() {
     scheduler_->refreshDiskVolumes();
 }
 
-void SystemMonitor::applyFastSample(const std::optional<MemorySnapshot>& memory,
-                                    MemoryPressureLevel pressure,
-                                    const std::optional<NetworkRates>& rates,
-                                    std::optional<double> cpuUsage) {
-    cpuHistory_.append(cpuUsage.value_or(0));
-    emit cpuHistoryChanged();
-
+void SystemMonitor::applyFastSample(const FastSample& sample) {
     SystemMetrics record = metrics_;
-    if (memory) {
-        const double percentage = memoryPercentage(memory->used, memory->total);
-        memoryHistory_.append(percentage);
-        emit memoryHistoryChanged();
-        record.memoryUsed = memory->used;
-        record.memoryTotal = memory->total;
-        record.memoryPercentage = percentage;
+    if (sample.memory) {
+        record.memoryUsed = sample.memory->used;
+        record.memoryTotal = sample.memory->total;
+        record.memoryPercentage = percentage(sample.memory->used, sample.memory->total);
+        record.swapUsed = sample.memory->swapUsed;
+        record.swapTotal = sample.memory->swapTotal;
     }
-    record.memoryValid = memory.has_value();
+    record.memoryValid = sample.memory.has_value();
     record.timestamp = clock_();
-    if (rates) {
-        record.downloadBytesPerSecond = rates->download;
-        record.uploadBytesPerSecond = rates->upload;
-        record.networkInterfaces = rates->interfaces;
+    if (sample.network) {
+        record.downloadBytesPerSecond = sample.network->download;
+        record.uploadBytesPerSecond = sample.network->upload;
+        record.networkInterfaces = sample.network->interfaces;
     }
-    record.cpuUsage = cpuUsage.value_or(0);
-    record.cpuUsageValid = cpuUsage.has_value();
-    record.memoryPressure = pressure;
-    publish(record);
+    record.cpuUsage = sample.cpu ? sample.cpu->total : 0;
+    record.cpuCores = sample.cpu ? sample.cpu->cores : std::vector<double>();
+    record.cpuUsageValid = sample.cpu.has_value();
+    if (sample.diskIO) {
+        record.diskReadBytesPerSecond = sample.diskIO->read;
+        record.diskWriteBytesPerSecond = sample.diskIO->write;
+        record.diskDevices = sample.diskIO->devices;
+    }
+    record.memoryPressure = sample.pressure;
+
+    bool graphed = false;
+    for (const MetricDescription& row : metricCatalogue()) {
+        if (!row.history)
+            continue;
+        if (const std::optional<double> level = row.sampled(record)) {
+            (histories_.*row.history).append(*level);
+            graphed = true;
+        }
+    }
+    if (graphed)
+        emit historiesChanged();
+    publish(std::move(record));
 }
 
 void SystemMonitor::applyThermalReading(const TemperatureReading& reading) {
@@ -86,7 +104,7 @@ void SystemMonitor::applyThermalReading(const TemperatureReading& reading) {
     record.thermalState = reading.thermalState;
     record.temperatureAvailability = reading.availability;
     record.temperatureSources = reading.sources;
-    publish(record);
+    publish(std::move(record));
 }
 
 void SystemMonitor::applyDiskVolumes(const DiskVolumeList& volumes) {
@@ -96,13 +114,11 @@ void SystemMonitor::applyDiskVolumes(const DiskVolumeList& volumes) {
     emit diskVolumesChanged();
 }
 
-void SystemMonitor::publish(const SystemMetrics& record) {
-    if (record == metrics_) {
-        metrics_ = record;
-        return;
-    }
-    metrics_ = record;
-    emit metricsChanged();
+void SystemMonitor::publish(SystemMetrics&& record) {
+    const bool changed = !(record == metrics_);
+    metrics_ = std::move(record);
+    if (changed)
+        emit metricsChanged();
 }
 
 } // namespace lumetra

@@ -2,7 +2,7 @@
 
 #include "core/MetricsSink.h"
 #include "core/MonitoringScheduler.h"
-#include "model/MetricHistory.h"
+#include "model/MetricHistories.h"
 #include "model/SystemMetrics.h"
 #include "samplers/temperature/TemperatureProviding.h"
 
@@ -11,14 +11,13 @@
 
 namespace lumetra {
 
-// The observable state the views draw: the latest record, the CPU and memory histories and
-// the disk list. Lives on the main thread; the scheduler feeds it through MetricsSink, and
+// The observable state the views draw: the latest record, the metrics' histories and the
+// disk list. Lives on the main thread; the scheduler feeds it through MetricsSink, and
 // each property notifies only when its value really changed.
 class SystemMonitor final : public MetricsSink {
     Q_OBJECT
     Q_PROPERTY(lumetra::SystemMetrics metrics READ metrics NOTIFY metricsChanged)
-    Q_PROPERTY(lumetra::MetricHistory cpuHistory READ cpuHistory NOTIFY cpuHistoryChanged)
-    Q_PROPERTY(lumetra::MetricHistory memoryHistory READ memoryHistory NOTIFY memoryHistoryChanged)
+    Q_PROPERTY(lumetra::MetricHistories histories READ histories NOTIFY historiesChanged)
     Q_PROPERTY(lumetra::DiskVolumeList diskVolumes READ diskVolumes NOTIFY diskVolumesChanged)
 
 public:
@@ -27,17 +26,17 @@ public:
         std::shared_ptr<MemoryProviding> memory;
         std::shared_ptr<NetworkProviding> network;
         std::shared_ptr<TemperatureProviding> temperature;
-        std::shared_ptr<DiskProviding> disk; // may be null: no disk list
+        std::shared_ptr<DiskProviding> disk;               // may be null: no disk list
+        std::shared_ptr<DiskIOProviding> diskIO = nullptr; // may be null: no disk throughput
     };
 
     // Does not start sampling. The sink is attached before any later start() takes effect.
     SystemMonitor(Providers providers, double updateInterval, double temperatureInterval,
-                  QObject* parent = nullptr);
+                  QObject* parent = nullptr, SamplingThread thread = SamplingThread::own);
     ~SystemMonitor() override;
 
     const SystemMetrics& metrics() const { return metrics_; }
-    const MetricHistory& cpuHistory() const { return cpuHistory_; }
-    const MetricHistory& memoryHistory() const { return memoryHistory_; }
+    const MetricHistories& histories() const { return histories_; }
     const DiskVolumeList& diskVolumes() const { return diskVolumes_; }
 
     void start();
@@ -47,10 +46,11 @@ public:
     void refreshDiskVolumes();
     // The thread the samplers run on.
     QThread* monitoringThread() const { return scheduler_->thread(); }
+    // Off where nothing shows the disks' rates (a terminal line without them): the fast loop
+    // then leaves /proc/diskstats alone. On at first.
+    void setDiskIOWanted(bool wanted);
 
-    void applyFastSample(const std::optional<MemorySnapshot>& memory, MemoryPressureLevel pressure,
-                         const std::optional<NetworkRates>& rates,
-                         std::optional<double> cpuUsage) override;
+    void applyFastSample(const FastSample& sample) override;
     void applyThermalReading(const TemperatureReading& reading) override;
     void applyDiskVolumes(const DiskVolumeList& volumes) override;
 
@@ -59,16 +59,14 @@ public:
 
 signals:
     void metricsChanged();
-    void cpuHistoryChanged();
-    void memoryHistoryChanged();
+    void historiesChanged();
     void diskVolumesChanged();
 
 private:
-    void publish(const SystemMetrics& record);
+    void publish(SystemMetrics&& record);
 
     SystemMetrics metrics_ = SystemMetrics::empty();
-    MetricHistory cpuHistory_;
-    MetricHistory memoryHistory_;
+    MetricHistories histories_;
     DiskVolumeList diskVolumes_;
     std::function<Instant()> clock_ = [] { return WallClock::now(); };
     // Destroyed first: its threads are joined while this object is still whole.

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "dashboard/CardExtras.h"
 #include "dashboard/MetricPresentation.h"
 #include "dashboard/PaintedView.h"
 
@@ -7,11 +8,11 @@
 
 namespace lumetra {
 
-// A card headed "Metrics" with one CompactMetricRow per metric, 8 apart.
+// A card headed "Metrics" with one CompactMetricRow per metric, 8 apart, each followed by
+// its extras.
 class CompactMetricsCard final : public PaintedView {
 public:
-    explicit CompactMetricsCard(std::vector<MetricPresentation> metrics)
-        : metrics_(std::move(metrics)) {}
+    CompactMetricsCard(std::vector<MetricPresentation> metrics, const DashboardTheme& theme);
 
     double heightFor(double width, const DashboardTheme& theme) const override;
     void paint(QPainter& painter, const QRectF& rect, const DashboardTheme& theme) const override;
@@ -23,6 +24,7 @@ public:
 
 private:
     std::vector<MetricPresentation> metrics_;
+    std::vector<CardExtras> extras_; // under each metric's row
 };
 
 } // namespace lumetra

@@ -5,8 +5,7 @@
 namespace lumetra {
 
 DashboardState DashboardState::of(const SystemMonitor& monitor) {
-    return {monitor.metrics(), monitor.cpuHistory(), monitor.memoryHistory(),
-            monitor.diskVolumes()};
+    return {monitor.metrics(), monitor.histories(), monitor.diskVolumes()};
 }
 
 } // namespace lumetra

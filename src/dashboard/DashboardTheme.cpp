@@ -1,6 +1,9 @@
 #include "dashboard/DashboardTheme.h"
 
+#include "appearance/Palette.h"
+
 #include <QGuiApplication>
+#include <QHash>
 
 namespace lumetra {
 
@@ -17,6 +20,11 @@ struct DashboardTheme::Fonts {
         QFontMetricsF metrics;
     };
     std::map<std::pair<int, int>, Entry> entries;
+    // Keyed by font (size and weight) and text; emptied when it grows past a few screens of
+    // changing figures.
+    QHash<std::pair<std::pair<int, int>, QString>, double> advances;
+    QHash<std::pair<std::pair<int, int>, QString>, QStaticText> texts;
+    static constexpr qsizetype kMaximumAdvances = 1024;
 };
 
 DashboardTheme::DashboardTheme(bool dark, QColor accent, QString family)
@@ -27,7 +35,7 @@ DashboardTheme DashboardTheme::fromPalette(bool dark, const QPalette& palette, c
 }
 
 DashboardTheme DashboardTheme::fixed(bool dark, const QString& fontFamily) {
-    return {dark, dark ? QColor(0x0A, 0x84, 0xFF) : QColor(0x00, 0x7A, 0xFF), fontFamily};
+    return {dark, palette::accent(dark).as<QColor>(), fontFamily};
 }
 
 bool DashboardTheme::prefersDark(ThemePreference preference) {
@@ -43,15 +51,15 @@ bool DashboardTheme::prefersDark(ThemePreference preference) {
 }
 
 QColor DashboardTheme::primary() const {
-    return dark_ ? QColor(0xF2, 0xF2, 0xF7) : QColor(0x1C, 0x1C, 0x1E);
+    return palette::text(dark_).as<QColor>();
 }
 
 QColor DashboardTheme::secondary() const {
-    return dark_ ? QColor(235, 235, 245, 153) : QColor(60, 60, 67, 153);
+    return palette::secondaryText(dark_).as<QColor>();
 }
 
 QColor DashboardTheme::quaternary() const {
-    return dark_ ? QColor(235, 235, 245, 46) : QColor(60, 60, 67, 46);
+    return palette::secondaryText(dark_).withAlpha(palette::kTrackAlpha).as<QColor>();
 }
 
 QColor DashboardTheme::cardFill() const {
@@ -61,15 +69,15 @@ QColor DashboardTheme::cardFill() const {
 }
 
 QColor DashboardTheme::divider() const {
-    return dark_ ? QColor(235, 235, 245, 56) : QColor(60, 60, 67, 56);
+    return palette::secondaryText(dark_).withAlpha(palette::kDividerAlpha).as<QColor>();
 }
 
 QColor DashboardTheme::orange() const {
-    return dark_ ? QColor(0xFF, 0x9F, 0x0A) : QColor(0xFF, 0x95, 0x00);
+    return palette::orange(dark_).as<QColor>();
 }
 
 QColor DashboardTheme::red() const {
-    return dark_ ? QColor(0xFF, 0x45, 0x3A) : QColor(0xFF, 0x3B, 0x30);
+    return palette::red(dark_).as<QColor>();
 }
 
 QColor DashboardTheme::level(LevelColor color) const {
@@ -97,6 +105,32 @@ const QFont& DashboardTheme::font(double pixelSize, QFont::Weight weight) const 
         it = fonts_->entries.emplace(key, Fonts::Entry{font, QFontMetricsF(font)}).first;
     }
     return it->second.font;
+}
+
+double DashboardTheme::advance(const QString& text, double pixelSize, QFont::Weight weight) const {
+    const std::pair font(static_cast<int>(pixelSize * 100), static_cast<int>(weight));
+    const auto key = std::pair(font, text);
+    if (const auto it = fonts_->advances.constFind(key); it != fonts_->advances.constEnd())
+        return *it;
+    if (fonts_->advances.size() >= Fonts::kMaximumAdvances)
+        fonts_->advances.clear();
+    const double width = metrics(pixelSize, weight).horizontalAdvance(text);
+    fonts_->advances.insert(key, width);
+    return width;
+}
+
+const QStaticText& DashboardTheme::staticText(const QString& text, double pixelSize,
+                                              QFont::Weight weight) const {
+    const std::pair font(static_cast<int>(pixelSize * 100), static_cast<int>(weight));
+    const auto key = std::pair(font, text);
+    if (const auto it = fonts_->texts.constFind(key); it != fonts_->texts.constEnd())
+        return *it;
+    if (fonts_->texts.size() >= Fonts::kMaximumAdvances)
+        fonts_->texts.clear();
+    QStaticText laidOut(text);
+    laidOut.setTextFormat(Qt::PlainText);
+    laidOut.prepare(QTransform(), this->font(pixelSize, weight));
+    return *fonts_->texts.insert(key, laidOut);
 }
 
 const QFontMetricsF& DashboardTheme::metrics(double pixelSize, QFont::Weight weight) const {

@@ -7,6 +7,7 @@
 #include <QFont>
 #include <QFontMetricsF>
 #include <QPalette>
+#include <QStaticText>
 #include <QString>
 
 #include <map>
@@ -44,6 +45,13 @@ public:
     // A font of `pixelSize` logical pixels (fractions allowed) and weight, cached.
     const QFont& font(double pixelSize, QFont::Weight weight = QFont::Normal) const;
     const QFontMetricsF& metrics(double pixelSize, QFont::Weight weight = QFont::Normal) const;
+    // The width of `text` in that font, cached: a redraw measures the same titles and most of
+    // the same values again, and shaping text is the dearest part of a redraw.
+    double advance(const QString& text, double pixelSize,
+                   QFont::Weight weight = QFont::Normal) const;
+    // `text` laid out once in that font, for drawing it again without shaping it again.
+    const QStaticText& staticText(const QString& text, double pixelSize,
+                                  QFont::Weight weight = QFont::Normal) const;
 
 private:
     DashboardTheme(bool dark, QColor accent, QString family);

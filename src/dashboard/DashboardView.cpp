@@ -1,6 +1,7 @@
 #include "dashboard/DashboardView.h"
 
 #include "core/SystemMonitor.h"
+#include "dashboard/CardExtras.h"
 #include "dashboard/ClassicMetricCard.h"
 #include "dashboard/CompactMetricsCard.h"
 #include "dashboard/DashboardCard.h"
@@ -10,12 +11,13 @@
 #include "dashboard/FooterButton.h"
 #include "dashboard/MetricGridCard.h"
 #include "dashboard/MetricPresentation.h"
-#include "dashboard/NetworkCardView.h"
 #include "dashboard/PaintHelpers.h"
+#include "dashboard/RatesCardView.h"
 #include "dashboard/RingMetricCard.h"
 #include "dashboard/SectionHeader.h"
 #include "dashboard/SparklineAreaMetricCard.h"
 #include "dashboard/TopApplicationsSection.h"
+#include "format/MetricCatalogue.h"
 #include "settings/SettingsStore.h"
 
 #include <QApplication>
@@ -39,22 +41,68 @@ constexpr double kRingDiameter = 64;
 constexpr double kRingSpacing = 10;
 constexpr double kFooterSpacing = 14;
 
-// A metric card under its title, in a card frame: the classic and sparkline styles.
+// A metric card under its title, in a card frame, with its extras under the body: the
+// classic and sparkline styles.
 class TitledCard final : public PaintedView {
 public:
-    TitledCard(const MetricPresentation& metric, std::unique_ptr<PaintedView> body)
-        : header_(metric.title, metric.systemImage), body_(std::move(body)) {}
+    TitledCard(const MetricPresentation& metric, std::unique_ptr<PaintedView> body,
+               const DashboardTheme& theme)
+        : header_(metric.title, metric.systemImage), body_(std::move(body)),
+          extras_(metric, theme) {}
 
     double heightFor(double width, const DashboardTheme& theme) const override {
-        return DashboardCard({&header_, body_.get()}).heightFor(width, theme);
+        return card().heightFor(width, theme);
     }
     void paint(QPainter& painter, const QRectF& rect, const DashboardTheme& theme) const override {
-        DashboardCard({&header_, body_.get()}).paint(painter, rect, theme);
+        card().paint(painter, rect, theme);
     }
 
 private:
+    DashboardCard card() const {
+        if (extras_.isEmpty())
+            return DashboardCard({&header_, body_.get()});
+        return DashboardCard({&header_, body_.get(), &extras_});
+    }
+
     SectionHeader header_;
     std::unique_ptr<PaintedView> body_;
+    CardExtras extras_;
+};
+
+// The extras of cards whose style has no room for them inside (rings, grid cells), in one
+// card frame under the row: each card's extras under its title.
+class ExtrasCard final : public PaintedView {
+public:
+    ExtrasCard(const std::vector<MetricPresentation>& metrics, const DashboardTheme& theme) {
+        for (const MetricPresentation& metric : metrics) {
+            CardExtras extras(metric, theme);
+            if (extras.isEmpty())
+                continue;
+            headers_.emplace_back(metric.title, metric.systemImage);
+            extras_.push_back(std::move(extras));
+        }
+    }
+
+    bool isEmpty() const { return extras_.empty(); }
+    double heightFor(double width, const DashboardTheme& theme) const override {
+        return card().heightFor(width, theme);
+    }
+    void paint(QPainter& painter, const QRectF& rect, const DashboardTheme& theme) const override {
+        card().paint(painter, rect, theme);
+    }
+
+private:
+    DashboardCard card() const {
+        std::vector<const PaintedView*> pieces;
+        for (std::size_t i = 0; i < extras_.size(); ++i) {
+            pieces.push_back(&headers_[i]);
+            pieces.push_back(&extras_[i]);
+        }
+        return DashboardCard(std::move(pieces));
+    }
+
+    std::vector<SectionHeader> headers_;
+    std::vector<CardExtras> extras_;
 };
 
 // Rings side by side, 10 apart, in equal columns.
@@ -104,9 +152,8 @@ struct Block {
 
 // Everything one redraw paints, laid out at the fixed width.
 struct DashboardView::Content {
-    MetricPresentation cpu;
-    MetricPresentation memory;
-    MetricPresentation temperature;
+    std::vector<MetricPresentation> cards; // the level cards, in catalogue order
+    QString glanceName;
     QRectF headerRect;
     std::vector<Block> blocks; // strip, cards, disk card, network card
     std::vector<double> dividers;
@@ -139,8 +186,7 @@ DashboardView::DashboardView(SystemMonitor& monitor, SettingsStore& settings, QW
     connect(quitButton_, &QAbstractButton::clicked, this, &DashboardView::quitRequested);
 
     connect(&monitor_, &SystemMonitor::metricsChanged, this, &DashboardView::contentChanged);
-    connect(&monitor_, &SystemMonitor::cpuHistoryChanged, this, &DashboardView::historyChanged);
-    connect(&monitor_, &SystemMonitor::memoryHistoryChanged, this, &DashboardView::historyChanged);
+    connect(&monitor_, &SystemMonitor::historiesChanged, this, &DashboardView::historyChanged);
     connect(&monitor_, &SystemMonitor::diskVolumesChanged, this, &DashboardView::contentChanged);
     connect(&settings_, &SettingsStore::metricCardStyleChanged, this,
             &DashboardView::contentChanged);
@@ -185,16 +231,38 @@ void DashboardView::setFixedState(std::optional<DashboardState> state) {
     contentChanged();
 }
 
+namespace {
+
+const MetricPresentation* cardOf(const std::vector<MetricPresentation>& cards,
+                                 MenuBarMetric metric) {
+    const QString id = QString::fromLatin1(rawValue(metric));
+    for (const MetricPresentation& card : cards) {
+        if (card.id == id)
+            return &card;
+    }
+    return nullptr;
+}
+
+// Where a card's figure comes from, for its tooltip: the sensors behind the temperature, the
+// interfaces behind the network's rates, the disks behind the disks' rates.
+QString sourcesOf(const QString& id, const SystemMetrics& metrics) {
+    if (id == QLatin1StringView(rawValue(MenuBarMetric::temperature)))
+        return temperatureSourcesText(metrics.temperatureSources);
+    if (id == QLatin1StringView(rawValue(MenuBarMetric::download)))
+        return networkInterfacesText(metrics.networkInterfaces);
+    if (id == QLatin1StringView(rawValue(MenuBarMetric::diskRead)))
+        return networkInterfacesText(metrics.diskDevices);
+    return {};
+}
+
+} // namespace
+
 DashboardView::Content DashboardView::content() const {
     const SystemMetrics& metrics = fixedState_ ? fixedState_->metrics : monitor_.metrics();
-    const MetricHistory& cpuHistory = fixedState_ ? fixedState_->cpuHistory : monitor_.cpuHistory();
-    const MetricHistory& memoryHistory =
-        fixedState_ ? fixedState_->memoryHistory : monitor_.memoryHistory();
+    const MetricHistories& histories = fixedState_ ? fixedState_->histories : monitor_.histories();
     const DiskVolumeList& volumes = fixedState_ ? fixedState_->diskVolumes : monitor_.diskVolumes();
     Content content;
-    content.cpu = cpuPresentation(metrics, cpuHistory);
-    content.memory = memoryPresentation(metrics, memoryHistory);
-    content.temperature = temperaturePresentation(metrics);
+    content.cards = levelCards(metrics, histories);
     const DashboardTheme& theme = theme_;
     const double left = kPadding;
     const double width = kWidth - 2 * kPadding;
@@ -210,52 +278,71 @@ DashboardView::Content DashboardView::content() const {
         std::max(kHeaderIconSize, paint::lineHeight(theme, kHeaderFontSize, QFont::DemiBold));
     content.headerRect = QRectF(left, y, width, headerHeight);
     y += headerHeight + kSpacing;
-    content.stripRect =
-        place(std::make_unique<DashboardGlanceStrip>(content.cpu, content.memory)).rect;
+    const MetricPresentation cpu = *cardOf(content.cards, MenuBarMetric::cpu);
+    const MetricPresentation memory = *cardOf(content.cards, MenuBarMetric::memory);
+    content.stripRect = place(std::make_unique<DashboardGlanceStrip>(cpu, memory)).rect;
+    content.glanceName = tr("CPU %1, memory %2").arg(cpu.valueText, memory.valueText);
 
-    const QString temperatureSources = temperatureSourcesText(metrics.temperatureSources);
-    const QString interfaces = networkInterfacesText(metrics.networkInterfaces);
-    const std::vector<MetricPresentation> three{content.cpu, content.memory, content.temperature};
+    const std::vector<MetricPresentation>& cards = content.cards;
+    auto tooltip = [&](std::size_t index, const QRectF& rect) {
+        QString text = sourcesOf(cards[index].id, metrics);
+        if (!text.isEmpty())
+            content.toolTips.emplace_back(rect, std::move(text));
+    };
+    bool extrasInside = true;
     switch (settings_.metricCardStyle()) {
     case MetricCardStyle::classic:
     case MetricCardStyle::sparklineArea: {
         const bool classic = settings_.metricCardStyle() == MetricCardStyle::classic;
-        for (const MetricPresentation& metric : three) {
+        for (std::size_t i = 0; i < cards.size(); ++i) {
             std::unique_ptr<PaintedView> body;
             if (classic)
-                body = std::make_unique<ClassicMetricCard>(metric);
+                body = std::make_unique<ClassicMetricCard>(cards[i]);
             else
-                body = std::make_unique<SparklineAreaMetricCard>(metric, 0, 100);
-            const Block& block = place(std::make_unique<TitledCard>(metric, std::move(body)));
-            if (&metric == &three.back())
-                content.toolTips.emplace_back(block.rect, temperatureSources);
+                body = std::make_unique<SparklineAreaMetricCard>(cards[i], 0, 100);
+            tooltip(i, place(std::make_unique<TitledCard>(cards[i], std::move(body), theme)).rect);
         }
         break;
     }
     case MetricCardStyle::ring: {
-        auto row = std::make_unique<RingRow>(three);
+        auto row = std::make_unique<RingRow>(cards);
         const RingRow* rings = row.get();
         const Block& block = place(std::move(row));
-        content.toolTips.emplace_back(rings->columnRect(2, block.rect), temperatureSources);
+        for (std::size_t i = 0; i < cards.size(); ++i)
+            tooltip(i, rings->columnRect(i, block.rect));
+        extrasInside = false;
         break;
     }
     case MetricCardStyle::compactRow: {
-        auto card = std::make_unique<CompactMetricsCard>(three);
+        auto card = std::make_unique<CompactMetricsCard>(cards, theme);
         const CompactMetricsCard* compact = card.get();
         const Block& block = place(std::move(card));
-        content.toolTips.emplace_back(compact->rowRect(2, block.rect, theme), temperatureSources);
+        for (std::size_t i = 0; i < cards.size(); ++i)
+            tooltip(i, compact->rowRect(i, block.rect, theme));
         break;
     }
     case MetricCardStyle::grid: {
-        std::vector<MetricPresentation> four = three;
-        four.push_back(networkPresentation(metrics));
-        auto card = std::make_unique<MetricGridCard>(std::move(four));
+        std::vector<MetricPresentation> cells = cards;
+        for (const MetricDescription& row : metricCatalogue()) {
+            if (row.place == DashboardPlace::rate && row.host == row.metric)
+                cells.push_back(presentation(row.metric, metrics, histories));
+        }
+        auto card = std::make_unique<MetricGridCard>(cells);
         const MetricGridCard* grid = card.get();
         const Block& block = place(std::move(card));
-        content.toolTips.emplace_back(grid->cellRect(2, block.rect, theme), temperatureSources);
-        content.toolTips.emplace_back(grid->cellRect(3, block.rect, theme), interfaces);
+        for (std::size_t i = 0; i < cells.size(); ++i) {
+            QString text = sourcesOf(cells[i].id, metrics);
+            if (!text.isEmpty())
+                content.toolTips.emplace_back(grid->cellRect(i, block.rect, theme), text);
+        }
+        extrasInside = false;
         break;
     }
+    }
+    if (!extrasInside) {
+        auto extras = std::make_unique<ExtrasCard>(cards, theme);
+        if (!extras->isEmpty())
+            place(std::move(extras));
     }
 
     if (topSection_) {
@@ -268,9 +355,25 @@ DashboardView::Content DashboardView::content() const {
     content.dividers.push_back(y);
     y += 1 + kSpacing;
     place(std::make_unique<DiskCardView>(volumes));
-    const Block& network = place(std::make_unique<NetworkCardView>(metrics.downloadBytesPerSecond,
-                                                                   metrics.uploadBytesPerSecond));
-    content.toolTips.emplace_back(network.rect, interfaces);
+    // One card per pair of rates, named after the pair's first.
+    for (const MetricDescription& head : metricCatalogue()) {
+        if (head.place != DashboardPlace::rate || head.host != head.metric)
+            continue;
+        std::vector<MetricRow> rows;
+        for (const MetricDescription& rate : metricCatalogue()) {
+            if (rate.place == DashboardPlace::rate && rate.host == head.metric)
+                rows.emplace_back(metricName(rate.metric),
+                                  QString::fromUtf16(rate.prefix) + rate.cardValue(metrics),
+                                  theme.primary());
+        }
+        const Block& block = place(std::make_unique<RatesCardView>(
+            SectionHeader(QCoreApplication::translate("MetricPresentation", head.cardTitle),
+                          QString::fromLatin1(head.cardIcon)),
+            std::move(rows)));
+        QString text = sourcesOf(QString::fromLatin1(rawValue(head.metric)), metrics);
+        if (!text.isEmpty())
+            content.toolTips.emplace_back(block.rect, std::move(text));
+    }
     content.dividers.push_back(y);
     y += 1 + kSpacing;
     content.footerTop = y;
@@ -299,17 +402,20 @@ void DashboardView::contentChanged() {
     // Nobody sees a closed popover: lay it out again only when it opens.
     if (parked_) {
         stale_ = true;
+        layoutFresh_ = false;
         return;
     }
     stale_ = false;
-    const Content current = content();
+    // Laid out once per change: paint, resize, tooltips and the size hint read this one.
+    layout_ = std::make_unique<Content>(content());
+    layoutFresh_ = true;
+    const Content& current = *layout_;
     const int height = static_cast<int>(std::ceil(current.height));
     placeFooter(current.footerTop);
     if (topSection_)
         topSection_->setGeometry(current.topRect.toAlignedRect());
     glanceStrip_->setGeometry(current.stripRect.toAlignedRect());
-    glanceStrip_->setAccessibleName(
-        tr("CPU %1, memory %2").arg(current.cpu.valueText, current.memory.valueText));
+    glanceStrip_->setAccessibleName(current.glanceName);
     if (height != height_) {
         height_ = height;
         updateGeometry();
@@ -331,7 +437,7 @@ QSize DashboardView::sizeHint() const {
     // Stale: the popover asks before it opens, to size its window to what it will show.
     if (height_ > 0 && !stale_)
         return {kWidth, height_};
-    return {kWidth, static_cast<int>(std::ceil(content().height))};
+    return {kWidth, static_cast<int>(std::ceil(currentLayout().height))};
 }
 
 void DashboardView::showEvent(QShowEvent* event) {
@@ -348,11 +454,11 @@ void DashboardView::hideEvent(QHideEvent* event) {
 
 void DashboardView::resizeEvent(QResizeEvent* event) {
     QWidget::resizeEvent(event);
-    placeFooter(content().footerTop);
+    placeFooter(currentLayout().footerTop);
 }
 
 QString DashboardView::toolTipAt(const QPointF& position) const {
-    for (const auto& [rect, text] : content().toolTips) {
+    for (const auto& [rect, text] : currentLayout().toolTips) {
         if (rect.contains(position))
             return text;
     }
@@ -383,8 +489,18 @@ bool DashboardView::event(QEvent* event) {
     return QWidget::event(event);
 }
 
+const DashboardView::Content& DashboardView::currentLayout() const {
+    // Stale while parked: the popover asks before it opens, to size its window to what it
+    // will show. The layout built then is the one the first paint uses.
+    if (!layout_ || !layoutFresh_) {
+        layout_ = std::make_unique<Content>(content());
+        layoutFresh_ = true;
+    }
+    return *layout_;
+}
+
 void DashboardView::paintEvent(QPaintEvent*) {
-    const Content current = content();
+    const Content& current = currentLayout();
     const DashboardTheme& theme = theme_;
     QPainter painter(this);
     painter.setRenderHint(QPainter::Antialiasing);

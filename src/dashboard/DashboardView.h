@@ -6,6 +6,7 @@
 #include <QRectF>
 #include <QWidget>
 
+#include <memory>
 #include <optional>
 
 namespace lumetra {
@@ -72,6 +73,7 @@ protected:
 private:
     struct Content;
     Content content() const;
+    const Content& currentLayout() const;
     void contentChanged();
     void historyChanged();
     void refreshTheme();
@@ -87,6 +89,8 @@ private:
     // Hidden after having been shown (the popover closed): changes wait for the next show.
     bool parked_ = false;
     bool stale_ = false;
+    mutable std::unique_ptr<Content> layout_;
+    mutable bool layoutFresh_ = false;
     bool historyPending_ = false;
     FooterButton* settingsButton_;
     FooterButton* supportButton_;

@@ -1,11 +1,9 @@
 #include "dashboard/MetricPresentation.h"
 
+#include "format/MetricCatalogue.h"
 #include "format/ValueFormatters.h"
-#include "model/TemperatureText.h"
 
 #include <QCoreApplication>
-
-#include <algorithm>
 
 namespace lumetra {
 
@@ -22,57 +20,62 @@ QString percentText(double value) {
     return wholePercentText(value);
 }
 
-double temperatureLevel(double celsius) {
-    return std::clamp((celsius - 20) / 80 * 100, 0.0, 100.0);
-}
-
 QString memoryDetailText(std::uint64_t used, std::uint64_t total) {
     return formatUsedOverTotal(used, total);
 }
 
+MetricPresentation presentation(MenuBarMetric metric, const SystemMetrics& metrics,
+                                const MetricHistories& histories) {
+    const MetricDescription& row = describe(metric);
+    MetricPresentation card{QString::fromLatin1(rawValue(metric)),
+                            QCoreApplication::translate("MetricPresentation", row.cardTitle),
+                            QString::fromLatin1(row.cardIcon),
+                            row.cardValue(metrics),
+                            row.place == DashboardPlace::levelCard ? row.cardLevel(metrics)
+                                                                   : std::nullopt,
+                            row.cardDetail(metrics),
+                            {},
+                            {},
+                            {}};
+    if (const MetricHistory* history = historyOf(metric, histories))
+        card.history = historyValues(*history);
+    const std::span<const double> parts = row.parts(metrics);
+    card.parts.assign(parts.begin(), parts.end());
+    for (const MetricDescription& inside : metricCatalogue()) {
+        if (inside.place == DashboardPlace::lineInCard && inside.host == metric)
+            card.lines.emplace_back(metricName(inside.metric), inside.cardValue(metrics));
+    }
+    return card;
+}
+
+std::vector<MetricPresentation> levelCards(const SystemMetrics& metrics,
+                                           const MetricHistories& histories) {
+    std::vector<MetricPresentation> cards;
+    for (const MetricDescription& row : metricCatalogue()) {
+        if (row.place == DashboardPlace::levelCard)
+            cards.push_back(presentation(row.metric, metrics, histories));
+    }
+    return cards;
+}
+
 MetricPresentation cpuPresentation(const SystemMetrics& metrics, const MetricHistory& history) {
-    return {QStringLiteral("cpu"), QCoreApplication::translate("MetricPresentation", "CPU"),
-            QStringLiteral("cpu"), percentText(metrics.cpuUsage),
-            metrics.cpuUsage,      std::nullopt,
-            historyValues(history)};
+    MetricHistories histories;
+    histories.cpu = history;
+    return presentation(MenuBarMetric::cpu, metrics, histories);
 }
 
 MetricPresentation memoryPresentation(const SystemMetrics& metrics, const MetricHistory& history) {
-    return {
-        QStringLiteral("memory"),     QCoreApplication::translate("MetricPresentation", "Memory"),
-        QStringLiteral("memorychip"), percentText(metrics.memoryPercentage),
-        metrics.memoryPercentage,     memoryDetailText(metrics.memoryUsed, metrics.memoryTotal),
-        historyValues(history)};
+    MetricHistories histories;
+    histories.memory = history;
+    return presentation(MenuBarMetric::memory, metrics, histories);
 }
 
 MetricPresentation temperaturePresentation(const SystemMetrics& metrics) {
-    MetricPresentation presentation{
-        QStringLiteral("temperature"),
-        QCoreApplication::translate("MetricPresentation", "Temperature"),
-        QStringLiteral("thermometer.medium"),
-        {},
-        {},
-        {},
-        {}};
-    if (metrics.temperatureAvailability == TemperatureAvailability::exactTemperature) {
-        const double celsius = metrics.temperature.value_or(0);
-        presentation.valueText = temperatureText(celsius);
-        presentation.percentage = temperatureLevel(celsius);
-    } else {
-        presentation.valueText = QCoreApplication::translate("MetricPresentation", "Unavailable");
-        presentation.detailText = label(metrics.thermalState);
-    }
-    return presentation;
+    return presentation(MenuBarMetric::temperature, metrics, MetricHistories());
 }
 
 MetricPresentation networkPresentation(const SystemMetrics& metrics) {
-    return {QStringLiteral("network"),
-            QCoreApplication::translate("MetricPresentation", "Network"),
-            QStringLiteral("network"),
-            formatRate(metrics.downloadBytesPerSecond),
-            std::nullopt,
-            std::nullopt,
-            {}};
+    return presentation(MenuBarMetric::download, metrics, MetricHistories());
 }
 
 } // namespace lumetra

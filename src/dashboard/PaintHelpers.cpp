@@ -10,12 +10,18 @@ namespace lumetra::paint {
 
 namespace {
 
-void drawLine(QPainter& painter, const QRectF& rect, const QString& line, const QFont& font,
-              const QFontMetricsF& metrics, const QColor& color, Qt::Alignment alignment) {
-    const QString shown = metrics.horizontalAdvance(line) <= rect.width() + 0.01
-                              ? line
-                              : metrics.elidedText(line, Qt::ElideRight, rect.width());
-    const double width = metrics.horizontalAdvance(shown);
+void drawLine(QPainter& painter, const DashboardTheme& theme, const QRectF& rect,
+              const QString& line, double size, QFont::Weight weight, const QColor& color,
+              Qt::Alignment alignment) {
+    const QFont& font = theme.font(size, weight);
+    const QFontMetricsF& metrics = theme.metrics(size, weight);
+    // Measured once; only a line that must be cut short is measured again.
+    double width = theme.advance(line, size, weight);
+    QString shown = line;
+    if (width > rect.width() + 0.01) {
+        shown = metrics.elidedText(line, Qt::ElideRight, rect.width());
+        width = metrics.horizontalAdvance(shown);
+    }
     double x = rect.left();
     if (alignment & Qt::AlignRight)
         x = rect.right() - width;
@@ -24,26 +30,26 @@ void drawLine(QPainter& painter, const QRectF& rect, const QString& line, const 
     const double baseline = rect.top() + (rect.height() - metrics.height()) / 2 + metrics.ascent();
     painter.setFont(font);
     painter.setPen(color);
-    painter.drawText(QPointF(x, baseline), shown);
+    painter.drawStaticText(QPointF(x, baseline - metrics.ascent()),
+                           theme.staticText(shown, size, weight));
 }
 
 } // namespace
 
 void text(QPainter& painter, const DashboardTheme& theme, const QRectF& rect, const QString& line,
           double size, QFont::Weight weight, const QColor& color, Qt::Alignment alignment) {
-    drawLine(painter, rect, line, theme.font(size, weight), theme.metrics(size, weight), color,
-             alignment);
+    drawLine(painter, theme, rect, line, size, weight, color, alignment);
 }
 
 double fittedSize(const DashboardTheme& theme, const QString& line, double size,
                   QFont::Weight weight, double width, double minimumScale) {
-    const double natural = theme.metrics(size, weight).horizontalAdvance(line);
+    const double natural = theme.advance(line, size, weight);
     if (natural <= width || natural <= 0)
         return size;
     // The font engine draws whole pixel sizes: step down a pixel at a time until it fits.
     const double smallest = std::ceil(size * minimumScale);
     double shrunk = std::floor(size * width / natural);
-    while (shrunk > smallest && theme.metrics(shrunk, weight).horizontalAdvance(line) > width)
+    while (shrunk > smallest && theme.advance(line, shrunk, weight) > width)
         shrunk -= 1;
     return std::max(shrunk, smallest);
 }
@@ -62,7 +68,7 @@ double lineHeight(const DashboardTheme& theme, double size, QFont::Weight weight
 
 double textWidth(const DashboardTheme& theme, const QString& line, double size,
                  QFont::Weight weight) {
-    return theme.metrics(size, weight).horizontalAdvance(line);
+    return theme.advance(line, size, weight);
 }
 
 void icon(QPainter& painter, const QRectF& rect, const QString& symbol, double size,

@@ -12,6 +12,20 @@ LevelColor levelColor(std::optional<double> percentage) {
     return LevelColor::red; // NaN lands here too: an impossible reading should stand out
 }
 
+PaletteColor panelLevelColor(LevelColor color) {
+    switch (color) {
+    case LevelColor::secondary:
+        return palette::panelSecondary;
+    case LevelColor::accent:
+        return palette::panelAccent;
+    case LevelColor::orange:
+        return palette::panelOrange;
+    case LevelColor::red:
+        return palette::panelRed;
+    }
+    return palette::panelSecondary;
+}
+
 std::string_view caseName(LevelColor color) {
     switch (color) {
     case LevelColor::secondary:

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "appearance/Palette.h"
+
 #include <optional>
 #include <string_view>
 
@@ -10,6 +12,9 @@ namespace lumetra {
 enum class LevelColor { secondary, accent, orange, red };
 
 LevelColor levelColor(std::optional<double> percentage);
+
+// The colour drawn for a level on a panel of unknown colour (the panel images, i3bar).
+PaletteColor panelLevelColor(LevelColor color);
 
 // "secondary", "accent", "orange", "red".
 std::string_view caseName(LevelColor color);

@@ -2,7 +2,7 @@
 
 #include "format/LabelSettings.h"
 #include "format/MenuBarChipContent.h"
-#include "model/MetricHistory.h"
+#include "model/MetricHistories.h"
 #include "model/SystemMetrics.h"
 
 #include <QList>
@@ -13,7 +13,7 @@ namespace lumetra {
 // The text placed between two metrics: "  ", " · ", " | " or " • ".
 QString separatorText(MenuBarSeparator separator);
 
-// The one-character mark of a metric where no icon is drawn: C, M, T, ↓, ↑.
+// The one-character mark of a metric where no icon is drawn (C, M, T, ↓, ↑).
 QString metricMark(MenuBarMetric metric);
 
 // The textOnly label: the displayed metrics joined by the separator, or "lumetra" when
@@ -21,8 +21,8 @@ QString metricMark(MenuBarMetric metric);
 QString labelText(const SystemMetrics& metrics, const LabelSettings& settings);
 
 // One chip per displayed metric, for the icon, graph and bar styles.
-QList<MenuBarChipContent> chips(const SystemMetrics& metrics, const MetricHistory& cpuHistory,
-                                const MetricHistory& memoryHistory, const LabelSettings& settings);
+QList<MenuBarChipContent> chips(const SystemMetrics& metrics, const MetricHistories& histories,
+                                const LabelSettings& settings);
 
 // A chip as text: mark, a space, the graph (compactGraph) or bar (miniBar) and a space,
 // then the value — what the view form and text-only panels show.
@@ -37,12 +37,12 @@ struct LabelPiece {
 
 // The pieces of the label line in any style: text pieces for textOnly (a missing temperature
 // left out), chips in text form for the other styles.
-QList<LabelPiece> labelPieces(const SystemMetrics& metrics, const MetricHistory& cpuHistory,
-                              const MetricHistory& memoryHistory, const LabelSettings& settings);
+QList<LabelPiece> labelPieces(const SystemMetrics& metrics, const MetricHistories& histories,
+                              const LabelSettings& settings);
 
 // The label as one line of text in any style: labelText for textOnly, else the chips in
 // text form joined by the separator.
-QString labelLine(const SystemMetrics& metrics, const MetricHistory& cpuHistory,
-                  const MetricHistory& memoryHistory, const LabelSettings& settings);
+QString labelLine(const SystemMetrics& metrics, const MetricHistories& histories,
+                  const LabelSettings& settings);
 
 } // namespace lumetra

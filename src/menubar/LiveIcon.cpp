@@ -1,5 +1,7 @@
 #include "menubar/LiveIcon.h"
 
+#include "format/MetricCatalogue.h"
+
 #include <QPainter>
 
 #include <algorithm>
@@ -11,10 +13,7 @@ QList<std::optional<double>> levels(const QList<MenuBarChipContent>& chips, doub
                                     double memoryPercentage) {
     QList<std::optional<double>> result;
     for (const MenuBarChipContent& chip : chips) {
-        const bool scaled = chip.metric == MenuBarMetric::cpu ||
-                            chip.metric == MenuBarMetric::memory ||
-                            chip.metric == MenuBarMetric::temperature;
-        if (!scaled)
+        if (!describe(chip.metric).scaled)
             continue;
         result.append(chip.percentage);
         if (result.size() == 2)
@@ -26,17 +25,7 @@ QList<std::optional<double>> levels(const QList<MenuBarChipContent>& chips, doub
 }
 
 QColor color(LevelColor level) {
-    switch (level) {
-    case LevelColor::secondary:
-        return QColor(0x8E, 0x8E, 0x93);
-    case LevelColor::accent:
-        return QColor(0x0A, 0x84, 0xFF);
-    case LevelColor::orange:
-        return QColor(0xFF, 0x95, 0x00);
-    case LevelColor::red:
-        return QColor(0xFF, 0x3B, 0x30);
-    }
-    return QColor(0x8E, 0x8E, 0x93);
+    return panelLevelColor(level).as<QColor>();
 }
 
 QImage render(int size, const QList<std::optional<double>>& levels) {

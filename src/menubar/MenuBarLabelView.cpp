@@ -27,14 +27,13 @@ MenuBarLabelView::MenuBarLabelView(QWidget* parent)
     setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
 }
 
-void MenuBarLabelView::setContent(const SystemMetrics& metrics, const MetricHistory& cpuHistory,
-                                  const MetricHistory& memoryHistory,
+void MenuBarLabelView::setContent(const SystemMetrics& metrics, const MetricHistories& histories,
                                   const LabelSettings& settings) {
     const bool chipStyle = settings.style != MenuBarDisplayStyle::textOnly;
     bool changed = chipStyle != showsChips();
     if (chipStyle) {
-        changed |= rich_->setChips(chips(metrics, cpuHistory, memoryHistory, settings),
-                                   settings.style, settings.separator);
+        changed |= rich_->setChips(chips(metrics, histories, settings), settings.style,
+                                   settings.separator);
     } else {
         const QString line = labelText(metrics, settings);
         if (line != text_->text()) {
@@ -67,8 +66,7 @@ void MenuBarLabelView::bind(SystemMonitor* monitor, SettingsStore* settings) {
     settings_ = settings;
     if (!monitor || !settings)
         return;
-    for (auto signal : {&SystemMonitor::metricsChanged, &SystemMonitor::cpuHistoryChanged,
-                        &SystemMonitor::memoryHistoryChanged})
+    for (auto signal : {&SystemMonitor::metricsChanged, &SystemMonitor::historiesChanged})
         connect(monitor, signal, this, &MenuBarLabelView::scheduleRefresh);
     for (auto signal :
          {&SettingsStore::displayedMetricsChanged, &SettingsStore::separatorChanged,
@@ -89,8 +87,7 @@ void MenuBarLabelView::refresh() {
     refreshQueued_ = false;
     if (!monitor_ || !settings_)
         return;
-    setContent(monitor_->metrics(), monitor_->cpuHistory(), monitor_->memoryHistory(),
-               LabelSettings::from(*settings_));
+    setContent(monitor_->metrics(), monitor_->histories(), LabelSettings::from(*settings_));
 }
 
 } // namespace lumetra

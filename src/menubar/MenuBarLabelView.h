@@ -1,7 +1,7 @@
 #pragma once
 
 #include "format/LabelSettings.h"
-#include "model/MetricHistory.h"
+#include "model/MetricHistories.h"
 #include "model/SystemMetrics.h"
 
 #include <QPointer>
@@ -23,8 +23,8 @@ public:
     explicit MenuBarLabelView(QWidget* parent = nullptr);
 
     // Rebuilds the label; repaints only when the shown text or chips change.
-    void setContent(const SystemMetrics& metrics, const MetricHistory& cpuHistory,
-                    const MetricHistory& memoryHistory, const LabelSettings& settings);
+    void setContent(const SystemMetrics& metrics, const MetricHistories& histories,
+                    const LabelSettings& settings);
 
     // Follows the monitor's readings and the label's settings, with every burst of changes
     // coalesced into one queued rebuild. Either object may be destroyed first.

@@ -1,5 +1,7 @@
 #include "menubar/MenuBarPopoverContent.h"
 
+#include "appearance/Palette.h"
+
 #include "appearance/GlassBackground.h"
 #include "core/AppState.h"
 #include "core/TopApplicationsMonitor.h"
@@ -59,7 +61,7 @@ void MenuBarPopoverContent::applyAppearance() {
     background_->setDark(dark);
     dashboard_->setDark(dark);
     QPalette palette = QApplication::palette();
-    const QColor text = dark ? QColor(0xF2, 0xF2, 0xF7) : QColor(0x1C, 0x1C, 0x1E);
+    const QColor text = palette::text(dark).as<QColor>();
     palette.setColor(QPalette::WindowText, text);
     palette.setColor(QPalette::Text, text);
     palette.setColor(QPalette::ButtonText, text);

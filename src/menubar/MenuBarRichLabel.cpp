@@ -1,5 +1,7 @@
 #include "menubar/MenuBarRichLabel.h"
 
+#include "appearance/Palette.h"
+
 #include "format/MenuBarLabel.h"
 #include "menubar/LabelFont.h"
 #include "menubar/LabelImage.h"
@@ -43,9 +45,9 @@ QColor runColor(std::optional<LevelColor> color, const QPalette& palette) {
     case LevelColor::accent:
         return palette.color(QPalette::Highlight);
     case LevelColor::orange:
-        return QColor(0xFF, 0x95, 0x00);
+        return palette::panelOrange.as<QColor>();
     case LevelColor::red:
-        return QColor(0xFF, 0x3B, 0x30);
+        return palette::panelRed.as<QColor>();
     }
     return palette.color(QPalette::WindowText);
 }

@@ -4,6 +4,7 @@
 #include "desktop/DBusMenu.h"
 #include "desktop/StatusNotifierItem.h"
 #include "format/MenuBarLabel.h"
+#include "format/MetricCatalogue.h"
 #include "format/MetricsTooltip.h"
 #include "menubar/LabelFont.h"
 #include "menubar/LabelImage.h"
@@ -101,18 +102,15 @@ StatusItemController::IconShape StatusItemController::iconShapeFromEnvironment()
 QString StatusItemController::labelGuide(const LabelSettings& settings,
                                          const SystemMetrics& current) {
     SystemMetrics widest = current;
-    widest.cpuUsage = 100;
-    widest.memoryPercentage = 100;
-    widest.memoryUsed = current.memoryTotal;
-    if (widest.temperature)
-        widest.temperature = 100;
-    // formatRate's longest form: three digits and a two-letter unit.
-    widest.downloadBytesPerSecond = 888e6;
-    widest.uploadBytesPerSecond = 888e6;
-    MetricHistory full;
-    for (int i = 0; i < 7; ++i)
-        full.append(100);
-    QString guide = labelLine(widest, full, full, settings);
+    for (const MetricDescription& row : metricCatalogue())
+        row.widen(widest);
+    MetricHistories full;
+    for (const MetricDescription& row : metricCatalogue()) {
+        if (row.history)
+            for (int i = 0; i < 7; ++i)
+                (full.*row.history).append(100);
+    }
+    QString guide = labelLine(widest, full, settings);
     for (QChar& c : guide)
         if (c.isDigit())
             c = u'8';
@@ -137,8 +135,7 @@ bool StatusItemController::panelAvailable() const {
 void StatusItemController::track() {
     const auto schedule = [this] { scheduleRender(); };
     connect(&monitor_, &SystemMonitor::metricsChanged, this, schedule);
-    connect(&monitor_, &SystemMonitor::cpuHistoryChanged, this, schedule);
-    connect(&monitor_, &SystemMonitor::memoryHistoryChanged, this, schedule);
+    connect(&monitor_, &SystemMonitor::historiesChanged, this, schedule);
     connect(&settings_, &SettingsStore::displayedMetricsChanged, this, schedule);
     connect(&settings_, &SettingsStore::separatorChanged, this, schedule);
     connect(&settings_, &SettingsStore::memoryFormatChanged, this, schedule);
@@ -158,10 +155,8 @@ void StatusItemController::render() {
     renderQueued_ = false;
     const LabelSettings settings = LabelSettings::from(settings_);
     const SystemMetrics& metrics = monitor_.metrics();
-    const QList<MenuBarChipContent> chipList =
-        chips(metrics, monitor_.cpuHistory(), monitor_.memoryHistory(), settings);
-    const QString line =
-        labelLine(metrics, monitor_.cpuHistory(), monitor_.memoryHistory(), settings);
+    const QList<MenuBarChipContent> chipList = chips(metrics, monitor_.histories(), settings);
+    const QString line = labelLine(metrics, monitor_.histories(), settings);
     const QList<std::optional<double>> levels =
         LiveIcon::levels(chipList, metrics.cpuUsage, metrics.memoryPercentage);
 

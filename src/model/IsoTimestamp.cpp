@@ -6,12 +6,16 @@
 namespace lumetra {
 
 std::string isoTimestamp(Instant instant) {
+    return isoTimestamp(std::chrono::floor<std::chrono::milliseconds>(instant));
+}
+
+std::string isoTimestamp(std::chrono::sys_time<std::chrono::milliseconds> time) {
     using namespace std::chrono;
-    const auto sinceEpoch = floor<milliseconds>(instant.time_since_epoch());
+    const auto sinceEpoch = time.time_since_epoch();
     const auto wholeSeconds = floor<seconds>(sinceEpoch);
-    const std::time_t time = static_cast<std::time_t>(wholeSeconds.count());
+    const std::time_t seconds = static_cast<std::time_t>(wholeSeconds.count());
     std::tm utc{};
-    if (gmtime_r(&time, &utc) == nullptr)
+    if (gmtime_r(&seconds, &utc) == nullptr)
         return "1970-01-01T00:00:00.000Z";
     char buffer[96];
     std::snprintf(buffer, sizeof buffer, "%04d-%02d-%02dT%02d:%02d:%02d.%03dZ", utc.tm_year + 1900,

@@ -10,7 +10,7 @@
 
 namespace lumetra {
 
-// The set of metrics the user has switched on. Five cases fit a bit mask, which keeps
+// The set of metrics the user has switched on. The cases fit a bit mask, which keeps
 // equality cheap and iteration in the metrics' declaration order, so the stored array is
 // always written the same way.
 class MenuBarMetricSet {
@@ -23,7 +23,7 @@ public:
 
     constexpr bool contains(MenuBarMetric metric) const { return (bits_ & bit(metric)) != 0; }
     constexpr void insert(MenuBarMetric metric) { bits_ |= bit(metric); }
-    constexpr void remove(MenuBarMetric metric) { bits_ &= std::uint8_t(~bit(metric)); }
+    constexpr void remove(MenuBarMetric metric) { bits_ &= std::uint16_t(~bit(metric)); }
     constexpr bool isEmpty() const { return bits_ == 0; }
     constexpr int size() const { return std::popcount(bits_); }
 
@@ -40,10 +40,11 @@ public:
     friend constexpr bool operator==(MenuBarMetricSet, MenuBarMetricSet) = default;
 
 private:
-    static constexpr std::uint8_t bit(MenuBarMetric metric) {
-        return std::uint8_t(1u << unsigned(metric));
+    static constexpr std::uint16_t bit(MenuBarMetric metric) {
+        return std::uint16_t(1u << unsigned(metric));
     }
-    std::uint8_t bits_ = 0;
+    static_assert(allCases<MenuBarMetric>().size() <= 16, "every metric has a bit");
+    std::uint16_t bits_ = 0;
 };
 
 } // namespace lumetra

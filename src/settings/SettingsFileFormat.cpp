@@ -34,9 +34,11 @@ bool hasZone(QStringView text) {
            zone[1].isDigit() && zone[2].isDigit() && zone[4].isDigit() && zone[5].isDigit();
 }
 
+// Through milliseconds, not an Instant: an Instant ends in 2262 and a date may lie in 9999.
 QString dateText(const QDateTime& date) {
-    return QString::fromStdString(
-        isoTimestamp(Instant(std::chrono::milliseconds(date.toMSecsSinceEpoch()))));
+    const std::chrono::sys_time<std::chrono::milliseconds> time(
+        std::chrono::milliseconds(date.toMSecsSinceEpoch()));
+    return QString::fromStdString(isoTimestamp(time));
 }
 
 std::optional<QDateTime> parseDate(const QString& text) {

@@ -1,6 +1,8 @@
 #include "settings/UserDefaults.h"
 
+#include "model/LogOnce.h"
 #include "model/Logging.h"
+#include "settings/AtomicFileWriter.h"
 #include "settings/SettingsFileFormat.h"
 
 #include <QDateTime>
@@ -8,7 +10,16 @@
 #include <QFile>
 #include <QFileInfo>
 #include <QFileSystemWatcher>
-#include <QSaveFile>
+
+#include <cerrno>
+#include <cstring>
+#include <utility>
+#include <vector>
+
+#include <fcntl.h>
+#include <pwd.h>
+#include <sys/stat.h>
+#include <unistd.h>
 
 namespace lumetra {
 
@@ -20,6 +31,24 @@ constexpr qint64 kMaxFileSize = 4 * 1024 * 1024;
 // The application replaces the file with a rename and may touch its directory several times
 // in a row; one reload after the burst is enough.
 constexpr int kReloadDelayMs = 50;
+
+QString systemError(int error) {
+    return QString::fromLocal8Bit(std::strerror(error));
+}
+
+// The home directory the password database names for this user, when it exists: system
+// users without one are given "/nonexistent", which nobody should create.
+QString accountHome() {
+    long size = ::sysconf(_SC_GETPW_R_SIZE_MAX);
+    std::vector<char> buffer(size > 0 ? std::size_t(size) : 16384);
+    passwd entry{};
+    passwd* found = nullptr;
+    if (::getpwuid_r(::getuid(), &entry, buffer.data(), buffer.size(), &found) != 0 || !found ||
+        !found->pw_dir)
+        return {};
+    const QString home = QFile::decodeName(found->pw_dir);
+    return QFileInfo(home).isDir() ? home : QString();
+}
 
 } // namespace
 
@@ -43,51 +72,107 @@ UserDefaults::UserDefaults(QString filePath, Access access, QObject* parent)
 
 UserDefaults::~UserDefaults() = default;
 
-QString UserDefaults::standardFilePath() {
-    // The base directory specification ignores a relative XDG_CONFIG_HOME.
-    QString configHome = qEnvironmentVariable("XDG_CONFIG_HOME");
-    if (configHome.isEmpty() || !QDir::isAbsolutePath(configHome))
-        configHome = QDir::homePath() + QLatin1StringView("/.config");
-    return configHome + QLatin1StringView("/lumetra/settings.json");
+QString UserDefaults::configHome(const QString& xdgConfigHome, const QString& home,
+                                 const QString& accountHome) {
+    // The base directory specification ignores relative paths; HOME is held to the same.
+    if (QDir::isAbsolutePath(xdgConfigHome))
+        return QDir::cleanPath(xdgConfigHome);
+    for (const QString& base : {home, accountHome}) {
+        if (QDir::isAbsolutePath(base))
+            return QDir::cleanPath(base + QLatin1StringView("/.config"));
+    }
+    return {};
 }
 
-bool UserDefaults::readFile(QByteArray& bytes, QString& error) const {
-    const QFileInfo info(filePath_);
-    if (info.isDir()) {
-        error = QStringLiteral("it is a directory");
-        return false;
+QString UserDefaults::standardFilePath() {
+    // Not QDir::homePath(): without HOME it answers "/", and the settings would go to
+    // "//.config", a folder of the whole machine.
+    const QString home = qEnvironmentVariable("HOME");
+    const QString folder = configHome(qEnvironmentVariable("XDG_CONFIG_HOME"), home,
+                                      QDir::isAbsolutePath(home) ? QString() : accountHome());
+    if (folder.isEmpty()) {
+        static LogOnce noFolder;
+        if (noFolder.failed())
+            qCWarning(logSettings,
+                      "No folder for the settings: XDG_CONFIG_HOME and HOME are not set and the "
+                      "password database names no home directory; running on the defaults "
+                      "without saving");
+        return {};
     }
-    QFile file(filePath_);
-    if (!file.open(QIODevice::ReadOnly)) {
-        error = file.errorString();
-        return false;
+    return folder + QLatin1StringView("/lumetra/settings.json");
+}
+
+UserDefaults::FileProblem UserDefaults::readFile(QByteArray& bytes, QString& error) const {
+    bytes.clear();
+    const QByteArray path = QFile::encodeName(filePath_);
+    struct stat info {};
+    if (::stat(path.constData(), &info) != 0) {
+        if (errno == ENOENT || errno == ENOTDIR)
+            return FileProblem::missing;
+        error = systemError(errno); // a folder on the way we may not enter
+        return FileProblem::unreadable;
+    }
+    if (S_ISDIR(info.st_mode)) {
+        error = QStringLiteral("it is a directory");
+        return FileProblem::unusable;
+    }
+    if (!S_ISREG(info.st_mode)) {
+        error = QStringLiteral("it is not a regular file");
+        return FileProblem::unusable;
+    }
+    // Non-blocking, so a pipe put in its place since the check cannot stall the start.
+    const int fd = ::open(path.constData(), O_RDONLY | O_CLOEXEC | O_NOCTTY | O_NONBLOCK);
+    if (fd < 0) {
+        if (errno == ENOENT)
+            return FileProblem::missing;
+        error = systemError(errno);
+        return FileProblem::unreadable;
     }
     // Read to the end in chunks with a cap: the size a file reports can change while we read
-    // it, and asking QFile for the cap at once would allocate all of it every time.
-    bytes.clear();
+    // it, and reserving the cap at once would allocate all of it every time.
     char chunk[16 * 1024];
     while (true) {
-        const qint64 count = file.read(chunk, sizeof chunk);
+        const ssize_t count = ::read(fd, chunk, sizeof chunk);
         if (count < 0) {
-            error = file.errorString();
-            return false;
+            if (errno == EINTR)
+                continue;
+            error = systemError(errno);
+            ::close(fd);
+            return FileProblem::unreadable;
         }
         if (count == 0)
-            return true;
+            break;
         bytes.append(chunk, count);
         if (bytes.size() > kMaxFileSize) {
             error = QStringLiteral("it is larger than %1 bytes").arg(kMaxFileSize);
-            return false;
+            ::close(fd);
+            return FileProblem::unusable;
         }
     }
+    ::close(fd);
+    return FileProblem::none;
 }
 
 void UserDefaults::load() {
-    if (filePath_.isEmpty() || !QFileInfo(filePath_).exists())
+    if (filePath_.isEmpty())
         return;
     QByteArray bytes;
     QString error;
-    if (readFile(bytes, error)) {
+    switch (readFile(bytes, error)) {
+    case FileProblem::missing:
+        return;
+    case FileProblem::unreadable:
+        unreadable_ = true;
+        if (access_ == Access::readOnly)
+            qCWarning(logSettings, "Settings file %s cannot be read (%s); using the defaults",
+                      qUtf8Printable(filePath_), qUtf8Printable(error));
+        else
+            qCWarning(logSettings,
+                      "Settings file %s cannot be read (%s); running on the defaults and not "
+                      "saving over it until it can be read again",
+                      qUtf8Printable(filePath_), qUtf8Printable(error));
+        return;
+    case FileProblem::none: {
         SettingsFileFormat::Parsed parsed = SettingsFileFormat::parse(bytes);
         if (parsed.domain) {
             domain_ = std::move(*parsed.domain);
@@ -95,6 +180,10 @@ void UserDefaults::load() {
             return;
         }
         error = parsed.error;
+        break;
+    }
+    case FileProblem::unusable:
+        break;
     }
     if (access_ == Access::readOnly) {
         qCWarning(logSettings, "Settings file %s cannot be used (%s); using the defaults",
@@ -171,20 +260,21 @@ void UserDefaults::markDirty() {
 }
 
 void UserDefaults::save() {
-    if (filePath_.isEmpty() || access_ == Access::readOnly || !writable_)
+    // A file we cannot read may hold everything the user set: never replace it blindly.
+    if (filePath_.isEmpty() || access_ == Access::readOnly || !writable_ || unreadable_)
         return;
     if (reloadFailed_)
         keepBrokenEditAside();
     const QByteArray bytes = SettingsFileFormat::serialize(domain_);
-    QDir().mkpath(QFileInfo(filePath_).path());
-    // Written beside the file and renamed over it, so a reader never sees half a file.
-    QSaveFile file(filePath_);
-    const bool saved =
-        file.open(QIODevice::WriteOnly) && file.write(bytes) == bytes.size() && file.commit();
-    if (!saved) {
+    // Written beside the file and renamed over it only once all of it is on the disk, so
+    // neither a reader nor a full disk ever leaves less than the old file.
+    const AtomicFileWriter::Result result = AtomicFileWriter::write(filePath_, bytes);
+    if (!result.ok()) {
         if (!saveFailed_) {
-            qCWarning(logSettings, "Could not save settings to %s: %s", qUtf8Printable(filePath_),
-                      qUtf8Printable(file.errorString()));
+            qCWarning(logSettings,
+                      "Could not save settings: %s (%s); keeping them in memory and trying again "
+                      "at the next change",
+                      qUtf8Printable(result.reason()), qUtf8Printable(filePath_));
         }
         saveFailed_ = true;
         return;
@@ -239,10 +329,24 @@ void UserDefaults::reloadFromDisk() {
     watch();
     QVariantMap fresh;
     QByteArray bytes;
-    if (QFileInfo::exists(filePath_)) {
-        QString error;
-        if (readFile(bytes, error)) {
-            if (bytes == lastBytes_)
+    QString error;
+    const FileProblem problem = readFile(bytes, error);
+    if (problem == FileProblem::unreadable) {
+        if (!unreadable_)
+            qCWarning(logSettings,
+                      "Settings file %s cannot be read any more (%s); keeping the settings in "
+                      "memory and not saving over it until it can be read again",
+                      qUtf8Printable(filePath_), qUtf8Printable(error));
+        unreadable_ = true;
+        return;
+    }
+    // Readable again (or gone): whatever it holds now replaces what ran in memory.
+    const bool wasUnreadable = std::exchange(unreadable_, false);
+    if (wasUnreadable)
+        qCInfo(logSettings, "Settings file %s can be read again", qUtf8Printable(filePath_));
+    if (problem != FileProblem::missing) {
+        if (problem == FileProblem::none) {
+            if (bytes == lastBytes_ && !wasUnreadable)
                 return;
             SettingsFileFormat::Parsed parsed = SettingsFileFormat::parse(bytes);
             if (parsed.domain)

@@ -16,7 +16,13 @@ namespace lumetra {
 //
 // Read-write (the panel application): every change is saved at once and atomically; keys
 // nobody asked about are kept; a file that cannot be loaded is moved aside next to itself
-// with a timestamp, so nothing the user had is lost, and the domain starts empty.
+// with a timestamp, so nothing the user had is lost, and the domain starts empty. A save
+// that fails (a full disk, a read-only folder) leaves the file as it was and keeps the
+// change in memory; it is logged once and tried again at the next change.
+//
+// A file that exists but cannot be read (its permissions, another user's file) is no bad
+// file: it stays where it is, the domain runs on the defaults in memory and nothing is
+// saved over it until it can be read again, which reloads it.
 //
 // Read-only (the terminal mode, which may run beside the application): never writes and never
 // moves anything.
@@ -37,9 +43,16 @@ public:
                           QObject* parent = nullptr);
     ~UserDefaults() override;
 
-    // $XDG_CONFIG_HOME/lumetra/settings.json, with ~/.config when the variable is unset or
-    // not an absolute path.
+    // $XDG_CONFIG_HOME/lumetra/settings.json, found the way the XDG base directory
+    // specification says (see configHome). Empty when there is no such folder, which is
+    // logged once: the domain then lives in memory.
     static QString standardFilePath();
+
+    // The configuration folder: XDG_CONFIG_HOME, else $HOME/.config, else the home directory
+    // the password database names (`accountHome`) plus /.config; relative paths count as
+    // unset. Empty when none applies.
+    static QString configHome(const QString& xdgConfigHome, const QString& home,
+                              const QString& accountHome);
 
     QString filePath() const { return filePath_; }
     bool isReadOnly() const { return access_ == Access::readOnly; }
@@ -80,13 +93,22 @@ private:
     void keepBrokenEditAside();
     void watch();
     void reloadFromDisk();
-    bool readFile(QByteArray& bytes, QString& error) const;
+    // Kept apart because an unreadable file is left alone while one that reads as something
+    // else is moved aside.
+    enum class FileProblem {
+        none,       // read; the bytes still need parsing
+        missing,    // no file (or it vanished while being opened)
+        unreadable, // there, but cannot be opened or read: permissions, an I/O error
+        unusable,   // a directory or other non-file, or too large
+    };
+    FileProblem readFile(QByteArray& bytes, QString& error) const;
 
     QString filePath_;
     Access access_;
     QVariantMap domain_;
     QByteArray lastBytes_;      // the file as last read, to ignore events that change nothing
     bool writable_ = true;      // false while a file we could not move aside is in the way
+    bool unreadable_ = false;   // the file is there but cannot be read: never saved over
     bool saveFailed_ = false;   // to log a failing save once, not on every assignment
     bool reloadFailed_ = false; // read-only: to log a bad file once per state
     int batchDepth_ = 0;

@@ -1,5 +1,7 @@
 #include "windows/BackgroundPreview.h"
 
+#include "appearance/Palette.h"
+
 #include "appearance/GlassBackground.h"
 
 #include <QLabel>
@@ -42,7 +44,7 @@ void BackgroundPreview::setConfiguration(const AppearanceConfiguration& configur
     glass_->setConfiguration(configuration);
     glass_->setDark(dark);
     QPalette p;
-    const QColor text = dark ? QColor(0xF2, 0xF2, 0xF7) : QColor(0x1C, 0x1C, 0x1E);
+    const QColor text = palette::text(dark).as<QColor>();
     p.setColor(QPalette::WindowText, text);
     title_->setPalette(p);
     figures_->setPalette(p);

@@ -2,6 +2,7 @@
 
 #include "core/AppState.h"
 #include "core/SystemMonitor.h"
+#include "format/MetricCatalogue.h"
 #include "menubar/MenuBarLabelView.h"
 #include "settings/SettingsStore.h"
 #include "windows/ControlBinding.h"
@@ -162,7 +163,7 @@ void MenuBarSettingsView::rebuildToggles() {
         const std::string_view raw = rawValue(metric);
         toggle->setObjectName(QStringLiteral("metric.") +
                               QString::fromLatin1(raw.data(), qsizetype(raw.size())));
-        metricsGroup_->addRow(displayName(metric), toggle, MetricOrderModel::symbolName(metric));
+        metricsGroup_->addRow(metricName(metric), toggle, MetricOrderModel::symbolName(metric));
         bindToggle(
             toggle, [&settings, metric] { return settings.enabledMetrics().contains(metric); },
             [&settings, metric](bool on) { settings.setMetricEnabled(metric, on); }, &settings,

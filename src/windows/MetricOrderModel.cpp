@@ -1,5 +1,6 @@
 #include "windows/MetricOrderModel.h"
 
+#include "format/MetricCatalogue.h"
 #include "settings/SettingsStore.h"
 #include "windows/SymbolIcon.h"
 
@@ -24,19 +25,7 @@ MetricOrderModel::MetricOrderModel(SettingsStore& settings, QObject* parent)
 }
 
 QString MetricOrderModel::symbolName(MenuBarMetric metric) {
-    switch (metric) {
-    case MenuBarMetric::cpu:
-        return QStringLiteral("cpu");
-    case MenuBarMetric::memory:
-        return QStringLiteral("memorychip");
-    case MenuBarMetric::temperature:
-        return QStringLiteral("thermometer.medium");
-    case MenuBarMetric::download:
-        return QStringLiteral("arrow.down");
-    case MenuBarMetric::upload:
-        return QStringLiteral("arrow.up");
-    }
-    return {};
+    return QString::fromLatin1(describe(metric).icon);
 }
 
 void MetricOrderModel::reload() {
@@ -60,7 +49,7 @@ QVariant MetricOrderModel::data(const QModelIndex& index, int role) const {
     switch (role) {
     case Qt::DisplayRole:
     case Qt::AccessibleTextRole:
-        return displayName(metric);
+        return metricName(metric);
     case Qt::DecorationRole: {
         QIcon icon =
             SymbolIcon::icon(symbolName(metric), enabled ? enabledColor_ : dimmedColor_, 16);

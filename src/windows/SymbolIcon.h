@@ -7,9 +7,9 @@
 
 namespace lumetra {
 
-// The windows' small symbols, drawn for this project so they look the same on every desktop
-// whatever its icon theme: named as the symbols they stand for ("gearshape", "heart.fill",
-// "cpu", ...). An unknown name draws nothing.
+// The windows' small symbols, from the one icon set the dashboard and the panel label draw
+// too: named as the symbols they stand for ("gearshape", "heart.fill", "cpu", ...). An
+// unknown name draws nothing.
 class SymbolIcon {
 public:
     static QIcon icon(QStringView name, const QColor& color, int size = 16);

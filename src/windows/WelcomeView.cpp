@@ -1,6 +1,7 @@
 #include "windows/WelcomeView.h"
 
 #include "core/AppState.h"
+#include "format/MetricCatalogue.h"
 #include "settings/SettingsStore.h"
 #include "windows/FormGroup.h"
 #include "windows/ProminentButton.h"
@@ -17,6 +18,8 @@
 #include <QScreen>
 #include <QStackedWidget>
 #include <QVBoxLayout>
+
+#include <algorithm>
 
 namespace lumetra {
 
@@ -85,22 +88,24 @@ QWidget* WelcomeView::buildConfigurePage() {
 
     // The boxes start from what the menu bar shows now, so going through the flow again
     // changes nothing unless the user does.
+    // A box is ticked when any of its metrics is shown.
     auto* metrics = new FormGroup(page);
-    auto box = [&](const QString& text, const QString& name, bool on) {
-        auto* check = new QCheckBox(text);
-        check->setObjectName(name);
-        check->setChecked(on);
-        metrics->addWidget(check);
-        return check;
-    };
-    showCPU_ = box(tr("CPU"), QStringLiteral("showCPU"), enabled.contains(MenuBarMetric::cpu));
-    showMemory_ =
-        box(tr("Memory"), QStringLiteral("showMemory"), enabled.contains(MenuBarMetric::memory));
-    showTemperature_ = box(tr("Temperature"), QStringLiteral("showTemperature"),
-                           enabled.contains(MenuBarMetric::temperature));
-    showNetwork_ =
-        box(tr("Network"), QStringLiteral("showNetwork"),
-            enabled.contains(MenuBarMetric::download) || enabled.contains(MenuBarMetric::upload));
+    choices_.clear();
+    for (const MetricDescription& row : metricCatalogue()) {
+        auto shared = std::find_if(choices_.begin(), choices_.end(), [&](const Choice& choice) {
+            return choice.box->objectName() == QLatin1StringView(row.choiceName);
+        });
+        if (shared == choices_.end()) {
+            auto* check = new QCheckBox(tr(row.choice));
+            check->setObjectName(QLatin1StringView(row.choiceName));
+            metrics->addWidget(check);
+            choices_.append(Choice{check, {}});
+            shared = choices_.end() - 1;
+        }
+        shared->metrics.append(row.metric);
+        if (enabled.contains(row.metric))
+            shared->box->setChecked(true);
+    }
     layout->addWidget(metrics);
 
     auto* login = new FormGroup(page);
@@ -134,22 +139,16 @@ void WelcomeView::setStep(Step step) {
     if (step == Step::welcome)
         getStarted_->setFocus();
     else
-        showCPU_->setFocus();
+        choices_.front().box->setFocus();
 }
 
 void WelcomeView::finish() {
     SettingsStore& settings = appState_.settings();
     MenuBarMetricSet metrics;
-    if (showCPU_->isChecked())
-        metrics.insert(MenuBarMetric::cpu);
-    if (showMemory_->isChecked())
-        metrics.insert(MenuBarMetric::memory);
-    if (showTemperature_->isChecked())
-        metrics.insert(MenuBarMetric::temperature);
-    // One box for the network: both directions go together.
-    if (showNetwork_->isChecked()) {
-        metrics.insert(MenuBarMetric::download);
-        metrics.insert(MenuBarMetric::upload);
+    for (const Choice& choice : choices_) {
+        if (choice.box->isChecked())
+            for (MenuBarMetric metric : choice.metrics)
+                metrics.insert(metric);
     }
     // An equal set is still written but notifies nobody.
     settings.setEnabledMetrics(metrics);
@@ -159,6 +158,14 @@ void WelcomeView::finish() {
     settings.setHasCompletedOnboarding(true);
     if (onFinish_)
         onFinish_();
+}
+
+QCheckBox& WelcomeView::choice(MenuBarMetric metric) const {
+    for (const Choice& choice : choices_) {
+        if (choice.metrics.contains(metric))
+            return *choice.box;
+    }
+    return *choices_.front().box;
 }
 
 void WelcomeView::keyPressEvent(QKeyEvent* event) {

@@ -1,5 +1,8 @@
 #pragma once
 
+#include "settings/MenuBarMetric.h"
+
+#include <QList>
 #include <QWidget>
 
 #include <functional>
@@ -31,10 +34,12 @@ public:
 
     QPushButton& getStartedButton() const { return *getStarted_; }
     QPushButton& doneButton() const { return *done_; }
-    QCheckBox& showCPU() const { return *showCPU_; }
-    QCheckBox& showMemory() const { return *showMemory_; }
-    QCheckBox& showTemperature() const { return *showTemperature_; }
-    QCheckBox& showNetwork() const { return *showNetwork_; }
+    // The box that switches `metric` on (shared by metrics that go together).
+    QCheckBox& choice(MenuBarMetric metric) const;
+    QCheckBox& showCPU() const { return choice(MenuBarMetric::cpu); }
+    QCheckBox& showMemory() const { return choice(MenuBarMetric::memory); }
+    QCheckBox& showTemperature() const { return choice(MenuBarMetric::temperature); }
+    QCheckBox& showNetwork() const { return choice(MenuBarMetric::download); }
     QCheckBox& launchAtLogin() const { return *launchAtLogin_; }
 
     // What "Done" does.
@@ -53,10 +58,12 @@ private:
     QStackedWidget* pages_;
     QPushButton* getStarted_ = nullptr;
     QPushButton* done_ = nullptr;
-    QCheckBox* showCPU_ = nullptr;
-    QCheckBox* showMemory_ = nullptr;
-    QCheckBox* showTemperature_ = nullptr;
-    QCheckBox* showNetwork_ = nullptr;
+    // One box per choice of the metric catalogue, and the metrics each switches.
+    struct Choice {
+        QCheckBox* box;
+        QList<MenuBarMetric> metrics;
+    };
+    QList<Choice> choices_;
     QCheckBox* launchAtLogin_ = nullptr;
 };
 

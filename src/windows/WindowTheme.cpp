@@ -1,5 +1,7 @@
 #include "windows/WindowTheme.h"
 
+#include "appearance/Palette.h"
+
 #include "dashboard/DashboardTheme.h"
 #include "settings/SettingsStore.h"
 
@@ -17,11 +19,11 @@ WindowTheme::WindowTheme(QWidget* window, SettingsStore& settings)
 
 QPalette WindowTheme::palette(bool dark) {
     QPalette p;
-    const QColor window = dark ? QColor(0x24, 0x24, 0x26) : QColor(0xEC, 0xEC, 0xEE);
-    const QColor base = dark ? QColor(0x2E, 0x2E, 0x31) : QColor(0xFF, 0xFF, 0xFF);
-    const QColor text = dark ? QColor(0xF2, 0xF2, 0xF7) : QColor(0x1C, 0x1C, 0x1E);
+    const QColor window = (dark ? palette::windowDark : palette::windowLight).as<QColor>();
+    const QColor base = (dark ? palette::baseDark : palette::baseLight).as<QColor>();
+    const QColor text = palette::text(dark).as<QColor>();
     const QColor button = dark ? QColor(0x3A, 0x3A, 0x3D) : QColor(0xFA, 0xFA, 0xFB);
-    const QColor accent = dark ? QColor(0x0A, 0x84, 0xFF) : QColor(0x00, 0x7A, 0xFF);
+    const QColor accent = palette::accent(dark).as<QColor>();
     p.setColor(QPalette::Window, window);
     p.setColor(QPalette::WindowText, text);
     p.setColor(QPalette::Base, base);

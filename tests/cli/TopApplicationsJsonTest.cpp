@@ -23,10 +23,10 @@ TopApplications sample(bool cpuValid) {
 
 QJsonObject jsonLine(StatusLineWriter& writer) {
     const SystemMetrics metrics;
-    const MetricHistory history;
+    const MetricHistories histories;
     const DiskVolumeList disks;
     const LabelSettings settings;
-    const std::string line = writer.line({metrics, history, history, disks, settings});
+    const std::string line = writer.line({metrics, histories, disks, settings});
     return QJsonDocument::fromJson(QByteArray::fromStdString(line)).object();
 }
 

@@ -69,7 +69,7 @@ protected:
             temperatureInterval);
     }
     std::size_t ticks(const SystemMonitor& monitor) const {
-        return monitor.cpuHistory().elements().size();
+        return monitor.histories().cpu.elements().size();
     }
 
     std::shared_ptr<FakeMachine> machine = std::make_shared<FakeMachine>();
@@ -147,22 +147,54 @@ TEST_F(SystemMonitorTest, SchedulerTurnsCountersIntoRates) {
 TEST_F(SystemMonitorTest, MemoryPercentageAndHistory) {
     auto monitor = makeMonitor();
     const auto normal = MemoryPressureLevel::normal;
-    monitor->applyFastSample(MemorySnapshot{300, 400}, normal, NetworkRates{5, 6}, 10);
+    monitor->applyFastSample(
+        {CPUUsage{10, {}}, MemorySnapshot{300, 400}, normal, NetworkRates{5, 6}});
     EXPECT_TRUE(monitor->metrics().memoryValid && monitor->metrics().cpuUsageValid);
-    monitor->applyFastSample(std::nullopt, MemoryPressureLevel::critical, std::nullopt,
-                             std::nullopt);
+    monitor->applyFastSample(
+        {std::nullopt, std::nullopt, MemoryPressureLevel::critical, std::nullopt});
     EXPECT_FALSE(monitor->metrics().memoryValid) << "kept, but marked as not read";
     EXPECT_FALSE(monitor->metrics().cpuUsageValid);
     EXPECT_EQ(monitor->metrics().memoryUsed, 300u);
     EXPECT_EQ(monitor->metrics().memoryPressure, MemoryPressureLevel::critical);
     EXPECT_EQ(monitor->metrics().downloadBytesPerSecond, 5) << "the last known rate stays";
-    monitor->applyFastSample(MemorySnapshot{100, 0}, normal, std::nullopt, 0);
+    monitor->applyFastSample({CPUUsage{0, {}}, MemorySnapshot{100, 0}, normal, std::nullopt});
     EXPECT_EQ(monitor->metrics().memoryPercentage, 0);
-    monitor->applyFastSample(MemorySnapshot{900, 400}, normal, std::nullopt, 0);
-    const auto history = monitor->memoryHistory().elements();
+    monitor->applyFastSample({CPUUsage{0, {}}, MemorySnapshot{900, 400}, normal, std::nullopt});
+    const auto history = monitor->histories().memory.elements();
     EXPECT_EQ(std::vector<double>(history.begin(), history.end()),
               (std::vector<double>{75, 0, 100}));
     EXPECT_EQ(ticks(*monitor), 4u);
+}
+
+// One sample carries the cores, swap and disk rates into the record: the cores from the same
+// reading as the total, swap with the memory reading (and its graph only when there is swap),
+// the disk rates kept when a tick has none, as the network's are.
+TEST_F(SystemMonitorTest, CoresSwapAndDiskRatesTravelWithTheSample) {
+    auto monitor = makeMonitor();
+    MemorySnapshot memory{300, 400};
+    memory.swapUsed = 50;
+    memory.swapTotal = 200;
+    monitor->applyFastSample({CPUUsage{30, {20, 40}}, memory, MemoryPressureLevel::normal,
+                              std::nullopt, DiskIORates{1000, 2000, {QStringLiteral("sda")}}});
+    const SystemMetrics& first = monitor->metrics();
+    EXPECT_EQ(first.cpuCores, (std::vector<double>{20, 40}));
+    EXPECT_EQ(first.swapUsed, 50u);
+    EXPECT_EQ(first.swapTotal, 200u);
+    EXPECT_EQ(first.diskReadBytesPerSecond, 1000);
+    EXPECT_EQ(first.diskWriteBytesPerSecond, 2000);
+    EXPECT_EQ(first.diskDevices, QStringList{QStringLiteral("sda")});
+
+    MemorySnapshot noSwap{300, 400};
+    noSwap.swapUsed = 0;
+    noSwap.swapTotal = 0;
+    monitor->applyFastSample(
+        {std::nullopt, noSwap, MemoryPressureLevel::normal, std::nullopt, std::nullopt});
+    const SystemMetrics& second = monitor->metrics();
+    EXPECT_TRUE(second.cpuCores.empty()) << "no cores without a CPU reading";
+    EXPECT_EQ(second.swapTotal, 0u);
+    EXPECT_EQ(second.diskReadBytesPerSecond, 1000) << "the last known rate stays";
+    const auto swap = monitor->histories().swap.elements();
+    EXPECT_EQ(std::vector<double>(swap.begin(), swap.end()), std::vector<double>{25});
 }
 
 TEST_F(SystemMonitorTest, EqualThermalReadingOrDiskListNotifiesNobody) {
@@ -218,6 +250,27 @@ TEST_F(SystemMonitorTest, SlowLoopDeliversTemperatureAndDisksAndRefreshWorksWhil
     EXPECT_EQ(machine->volumes.calls(), listings);
 }
 
+// Sampling on the caller's thread (the terminal mode): the first tick is delivered within
+// start(), the loop goes on from this thread's event loop, stop() from inside a delivery ends
+// it, and the monitor goes away without a thread to join.
+TEST_F(SystemMonitorTest, CallerThreadSamplingDeliversDirectlyAndStopsFromADelivery) {
+    machine->usage.values = {10.0, 20.0, 30.0, 40.0};
+    SystemMonitor monitor(SystemMonitor::Providers{machine, machine, machine, machine, machine},
+                          0.01, 10, nullptr, SamplingThread::caller);
+    QSignalSpy changed(&monitor, &SystemMonitor::metricsChanged);
+    monitor.start();
+    EXPECT_GE(changed.count(), 1) << "the first sample arrives within start()";
+    EXPECT_EQ(monitor.metrics().cpuUsage, 10);
+    QObject::connect(&monitor, &SystemMonitor::metricsChanged, &monitor, [&] {
+        if (monitor.metrics().cpuUsage >= 30)
+            monitor.stop();
+    });
+    ASSERT_TRUE(waitFor([&] { return monitor.metrics().cpuUsage >= 30; }));
+    const int calls = machine->usage.calls();
+    QTest::qWait(100);
+    EXPECT_EQ(machine->usage.calls(), calls) << "stopped from inside the delivery";
+}
+
 TEST(MonitoringSchedulerTest, WithoutSinkTicksAreDroppedButBaselinesAdvance) {
     auto machine = std::make_shared<FakeMachine>();
     // 1000 B/s over the first second, 500 B/s after it.
@@ -236,7 +289,7 @@ TEST(MonitoringSchedulerTest, WithoutSinkTicksAreDroppedButBaselinesAdvance) {
     SystemMonitor monitor({machine, machine, machine, machine, machine}, 10, 10);
     scheduler->setSink(&monitor);
     scheduler->start();
-    ASSERT_TRUE(waitFor([&] { return !monitor.cpuHistory().elements().empty(); }));
+    ASSERT_TRUE(waitFor([&] { return !monitor.histories().cpu.elements().empty(); }));
     EXPECT_DOUBLE_EQ(monitor.metrics().downloadBytesPerSecond, 500);
     scheduler.reset();
 }

@@ -35,7 +35,8 @@ DiskVolume volume(const char* name, std::int64_t total, std::int64_t available, 
 }
 
 // A machine at work: CPU exactly 75 % (orange), memory 90 % (red), 52 °C (accent), a
-// half-full disk, one whose free space exceeds its size, one nearly full, traffic.
+// half-full disk, one whose free space exceeds its size, one nearly full, traffic, eight
+// cores at every level, swap in use and the disks busy.
 DashboardState busyMachine() {
     DashboardState state;
     state.metrics.cpuUsage = 75;
@@ -49,16 +50,23 @@ DashboardState busyMachine() {
     state.metrics.temperatureSources = {QStringLiteral("k10temp/Tccd1"),
                                         QStringLiteral("k10temp/Tccd2")};
     state.metrics.networkInterfaces = {QStringLiteral("enp5s0"), QStringLiteral("wlp3s0")};
-    state.cpuHistory = history({12, 30, 22, 48, 95, 60, 40, 70, 75});
-    state.memoryHistory = history({80, 82, 85, 86, 88, 89, 90, 90, 90});
+    // Eight cores from idle to flat out, so the row shows every level colour.
+    state.metrics.cpuCores = {100, 92, 80, 76, 60, 45, 12, 0};
+    state.metrics.swapUsed = 3 * kGiB;
+    state.metrics.swapTotal = 8 * kGiB;
+    state.metrics.diskReadBytesPerSecond = 52'400'000;
+    state.metrics.diskWriteBytesPerSecond = 1'500;
+    state.metrics.diskDevices = {QStringLiteral("nvme0n1")};
+    state.histories.cpu = history({12, 30, 22, 48, 95, 60, 40, 70, 75});
+    state.histories.memory = history({80, 82, 85, 86, 88, 89, 90, 90, 90});
     state.diskVolumes = {volume("System", 500'000'000'000, 250'000'000'000, true),
                          volume("Backup", 1'000'000'000, 4'000'000'000, false),
                          volume("USB Stick", 64'000'000'000, 1'000'000'000, false)};
     return state;
 }
 
-// An idle machine: CPU 0 %, memory 100 %, no temperature (thermal state only), no volumes,
-// no history yet.
+// An idle machine: CPU 0 % on four cores, memory 100 %, no swap, no temperature (thermal
+// state only), no volumes, no disk rates and no history yet.
 DashboardState idleMachine() {
     DashboardState state;
     state.metrics.cpuUsage = 0;
@@ -67,8 +75,11 @@ DashboardState idleMachine() {
     state.metrics.memoryPercentage = 100;
     state.metrics.thermalState = ThermalState::serious;
     state.metrics.temperatureAvailability = TemperatureAvailability::unavailable;
-    state.cpuHistory = history({0});
-    state.memoryHistory = history({100});
+    state.metrics.cpuCores = {0, 0, 0, 0};
+    state.metrics.swapUsed = 0;
+    state.metrics.swapTotal = 0;
+    state.histories.cpu = history({0});
+    state.histories.memory = history({100});
     return state;
 }
 

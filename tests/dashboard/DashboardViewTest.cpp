@@ -24,8 +24,8 @@ DashboardState sampleState(int volumes) {
                                         QStringLiteral("k10temp/Tccd2")};
     state.metrics.networkInterfaces = {QStringLiteral("enp5s0")};
     for (int i = 0; i < 3; ++i) {
-        state.cpuHistory.append(10.0 * i);
-        state.memoryHistory.append(50);
+        state.histories.cpu.append(10.0 * i);
+        state.histories.memory.append(50);
     }
     for (int i = 0; i < volumes; ++i) {
         DiskVolume volume;
@@ -128,7 +128,8 @@ TEST_P(DashboardLiveTest, FollowsTheMonitorShownOrHidden) {
     DashboardView view(monitor, settings.store);
     auto* strip = view.findChild<QWidget*>(QStringLiteral("DashboardGlanceStrip"));
     ASSERT_NE(strip, nullptr);
-    monitor.applyFastSample(MemorySnapshot{4, 16}, MemoryPressureLevel::normal, NetworkRates{}, 12);
+    monitor.applyFastSample(
+        {CPUUsage{12, {}}, MemorySnapshot{4, 16}, MemoryPressureLevel::normal, NetworkRates{}});
     EXPECT_EQ(strip->accessibleName(), QStringLiteral("CPU 12%, memory 25%"));
     if (hiddenMeanwhile) {
         view.show();
@@ -137,7 +138,8 @@ TEST_P(DashboardLiveTest, FollowsTheMonitorShownOrHidden) {
     QSignalSpy heightChanged(&view, &DashboardView::preferredHeightChanged);
     const int before = view.sizeHint().height();
 
-    monitor.applyFastSample(MemorySnapshot{8, 16}, MemoryPressureLevel::normal, NetworkRates{}, 40);
+    monitor.applyFastSample(
+        {CPUUsage{40, {}}, MemorySnapshot{8, 16}, MemoryPressureLevel::normal, NetworkRates{}});
     DiskVolume disk;
     disk.name = QStringLiteral("Data");
     monitor.applyDiskVolumes({disk});

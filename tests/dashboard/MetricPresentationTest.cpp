@@ -1,5 +1,6 @@
 #include "dashboard/MetricPresentation.h"
 #include "format/LevelColor.h"
+#include "format/MetricCatalogue.h"
 #include "support/Cases.h"
 
 #include <gtest/gtest.h>

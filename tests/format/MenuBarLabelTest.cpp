@@ -80,7 +80,9 @@ INSTANTIATE_TEST_SUITE_P(
 TEST(ChipsTest, OneChipPerMetricWithGraphsAndLevels) {
     SystemMetrics metrics = sample();
     metrics.downloadBytesPerSecond = 1500;
-    const auto row = chips(metrics, history({0, 50, 99.9, 100}), history({47}), LabelSettings());
+    const auto row =
+        chips(metrics, MetricHistories{history({0, 50, 99.9, 100}), history({47}), MetricHistory()},
+              LabelSettings());
     ASSERT_EQ(row.size(), 5);
     EXPECT_EQ(row[0], (MenuBarChipContent{M::cpu, "14%", QStringLiteral("▁▄▇█"), 14.0}));
     EXPECT_EQ(row[1], (MenuBarChipContent{M::memory, "47%", QStringLiteral("▄"), 47.0}));
@@ -100,7 +102,8 @@ TEST(ChipsTest, TemperatureChipTextAndLevel) {
              {80.0, "80°C", orange},
              {92.0, "92°C", red},
              {-40.0, "-40°C", accent}}) {
-        const auto row = chips(sample(celsius), kNone, kNone, only({M::temperature}));
+        const auto row = chips(sample(celsius), MetricHistories{kNone, kNone, MetricHistory()},
+                               only({M::temperature}));
         ASSERT_EQ(row.size(), 1);
         EXPECT_EQ(row[0].valueText, QString::fromUtf8(text));
         EXPECT_EQ(levelColor(row[0].percentage), color) << text;
@@ -121,10 +124,14 @@ TEST_P(LabelLineTest, ChipsInTextForm) {
     metrics.cpuUsage = 100;
     LabelSettings settings = only({M::cpu, M::temperature, M::download});
     settings.style = GetParam().style;
-    EXPECT_EQ(labelLine(metrics, history({0, 50, 100}), kNone, settings),
+    EXPECT_EQ(labelLine(metrics, MetricHistories{history({0, 50, 100}), kNone, MetricHistory()},
+                        settings),
               QString::fromUtf8(GetParam().expected));
-    EXPECT_EQ(levelColor(labelPieces(metrics, kNone, kNone, settings).front().percentage),
-              LevelColor::red);
+    EXPECT_EQ(
+        levelColor(labelPieces(metrics, MetricHistories{kNone, kNone, MetricHistory()}, settings)
+                       .front()
+                       .percentage),
+        LevelColor::red);
 }
 
 INSTANTIATE_TEST_SUITE_P(

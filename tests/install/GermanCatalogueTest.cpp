@@ -3,6 +3,7 @@
 // catalogue (a helper with a fixed context, a dotted key, an escaped dash) shows up here.
 
 #include "appearance/AppearanceMode.h"
+#include "format/MetricCatalogue.h"
 #include "format/MetricsTooltip.h"
 #include "model/ThermalState.h"
 #include "settings/MenuBarMetric.h"
@@ -43,7 +44,7 @@ QString tooltipLine(int index) {
 }
 
 const TranslatedText kTexts[] = {
-    {"EnumLabel", [] { return displayName(MenuBarMetric::memory); }, "Memory", "Speicher"},
+    {"MetricName", [] { return metricName(MenuBarMetric::memory); }, "Memory", "Speicher"},
     {"ThemeLabel", [] { return displayName(ThemePreference::dark); }, "Dark", "Dunkel"},
     {"AppearanceTitle", [] { return title(AppearanceMode::glass); }, "Glass", "Glas"},
     {"ThermalState", [] { return label(ThermalState::fair); }, "Fair", "Erhöht"},

@@ -76,7 +76,8 @@ TEST(RichLabelRunsTest, MarkThenGraphOrBarThenValue) {
 // The painted row must read exactly like the text form of the chips the panels show.
 TEST(RichLabelRunsTest, RowReadsLikeTheChipTexts) {
     const QList<MenuBarChipContent> row =
-        chips(sample(14), history({10, 60}), history({82}), settingsFor(S::iconAndText));
+        chips(sample(14), MetricHistories{history({10, 60}), history({82}), MetricHistory()},
+              settingsFor(S::iconAndText));
     for (S style : {S::iconAndText, S::compactGraph, S::miniBar}) {
         QString joined, expected;
         for (const LabelRun& run : richLabelRuns(row, style, MenuBarSeparator::bullet))
@@ -92,15 +93,18 @@ TEST(RichLabelRunsTest, RowReadsLikeTheChipTexts) {
 TEST(MenuBarLabelViewTest, SwitchesBetweenTextAndChipsWithTheStyle) {
     MenuBarLabelView view;
     const SystemMetrics metrics = sample(14);
-    view.setContent(metrics, kNoHistory, kNoHistory, settingsFor(S::textOnly));
+    view.setContent(metrics, MetricHistories{kNoHistory, kNoHistory, MetricHistory()},
+                    settingsFor(S::textOnly));
     EXPECT_FALSE(view.showsChips());
     EXPECT_EQ(view.text(), labelText(metrics, settingsFor(S::textOnly)));
 
-    view.setContent(metrics, kNoHistory, kNoHistory, settingsFor(S::miniBar, {M::cpu}));
+    view.setContent(metrics, MetricHistories{kNoHistory, kNoHistory, MetricHistory()},
+                    settingsFor(S::miniBar, {M::cpu}));
     EXPECT_TRUE(view.showsChips());
     EXPECT_EQ(view.richLabel().runs().size(), 4);
 
-    view.setContent(metrics, kNoHistory, kNoHistory, settingsFor(S::textOnly, {M::cpu}));
+    view.setContent(metrics, MetricHistories{kNoHistory, kNoHistory, MetricHistory()},
+                    settingsFor(S::textOnly, {M::cpu}));
     EXPECT_FALSE(view.showsChips());
     EXPECT_EQ(view.text(), QStringLiteral("CPU 14%"));
 }
@@ -110,9 +114,11 @@ TEST(MenuBarLabelViewTest, WidthStaysWhenTheDigitsChange) {
     EXPECT_TRUE(hasTabularDigits(labelFont()));
     for (S style : {S::textOnly, S::iconAndText, S::compactGraph, S::miniBar}) {
         MenuBarLabelView view;
-        view.setContent(sample(10), history({10}), history({82}), settingsFor(style));
+        view.setContent(sample(10), MetricHistories{history({10}), history({82}), MetricHistory()},
+                        settingsFor(style));
         const int width = view.sizeHint().width();
-        view.setContent(sample(88), history({88}), history({82}), settingsFor(style));
+        view.setContent(sample(88), MetricHistories{history({88}), history({82}), MetricHistory()},
+                        settingsFor(style));
         EXPECT_EQ(view.sizeHint().width(), width) << rawValue(style);
         EXPECT_GT(width, 100) << rawValue(style);
     }
@@ -134,7 +140,8 @@ TEST(MenuBarLabelViewTest, EqualContentRequestsNoRepaint) {
     const_cast<MenuBarRichLabel&>(view.richLabel()).installEventFilter(&counter);
     QSignalSpy changed(&view, &MenuBarLabelView::contentChanged);
     const auto show = [&](double cpu) {
-        view.setContent(sample(cpu), history({14}), kNoHistory, settingsFor(S::compactGraph));
+        view.setContent(sample(cpu), MetricHistories{history({14}), kNoHistory, MetricHistory()},
+                        settingsFor(S::compactGraph));
         QCoreApplication::processEvents();
     };
     view.show();
@@ -160,8 +167,8 @@ TEST(MenuBarLabelViewTest, BoundViewCoalescesABurstIntoOneRebuild) {
     EXPECT_FALSE(view.showsChips());
 
     QSignalSpy changed(&view, &MenuBarLabelView::contentChanged);
-    monitor.applyFastSample(MemorySnapshot{4ull << 30, 16ull << 30}, MemoryPressureLevel::normal,
-                            NetworkRates{2000, 0}, 37);
+    monitor.applyFastSample({CPUUsage{37, {}}, MemorySnapshot{4ull << 30, 16ull << 30},
+                             MemoryPressureLevel::normal, NetworkRates{2000, 0}});
     store.setMenuBarDisplayStyle(S::miniBar);
     store.setSeparator(MenuBarSeparator::dot);
     EXPECT_EQ(changed.size(), 0); // nothing until the queued rebuild runs

@@ -241,8 +241,8 @@ protected:
     QStringList drained() { return recorder->drained(*controller->item()); }
 
     void sample(double cpu, std::uint64_t used) {
-        monitor.applyFastSample(MemorySnapshot{used, 1000}, MemoryPressureLevel::normal,
-                                NetworkRates{0, 0}, cpu);
+        monitor.applyFastSample({CPUUsage{cpu, {}}, MemorySnapshot{used, 1000},
+                                 MemoryPressureLevel::normal, NetworkRates{0, 0}});
     }
     // Lets the queued render run.
     void settle() {

@@ -77,6 +77,32 @@ TEST(SettingsFileFormatTest, WhatIsWrittenReadsBackIdentical) {
     EXPECT_EQ(SettingsFileFormat::serialize(*again.domain), text);
 }
 
+// The promised range is years 0 to 9999, far past where a nanosecond clock ends (2262):
+// dates out there read and write back to the millisecond; one that is in range only before
+// its offset is applied is no date.
+TEST(SettingsFileFormatTest, DatesFromYearOneTo9999WriteBackExactly) {
+    const auto document = [](const char* text) {
+        return QByteArray(R"({"v": {"date": ")") + text + QByteArray(R"("}})");
+    };
+    for (const char* text :
+         {"4052-11-21T08:30:00.250Z", "9999-12-31T23:59:59.999Z", "2262-04-11T23:47:16.855Z",
+          "1600-02-29T12:00:00.000Z", "0001-01-01T00:00:00.000Z"}) {
+        const auto parsed = SettingsFileFormat::parse(document(text));
+        ASSERT_TRUE(parsed.domain) << text << ": " << parsed.error.toStdString();
+        const QVariant date = parsed.domain->value("v");
+        ASSERT_EQ(date.typeId(), QMetaType::QDateTime) << text;
+        EXPECT_EQ(date.toDateTime().toString(Qt::ISODateWithMs), QLatin1StringView(text));
+        EXPECT_TRUE(SettingsFileFormat::serialize(*parsed.domain).contains(text)) << text;
+    }
+    for (const char* text : {"9999-12-31T23:30:00.000-01:00", "10000-01-01T00:00:00.000Z"}) {
+        EXPECT_EQ(lumetra::testing::parsed(document(text)).value("v").typeId(),
+                  QMetaType::QVariantMap)
+            << text;
+    }
+    const QDateTime far(QDate(4052, 11, 21), QTime(8, 30, 0, 250), Qt::UTC);
+    EXPECT_TRUE(SettingsFileFormat::normalized(far).has_value());
+}
+
 // The other tests compare with `identical`, so it must tell what QVariant's == does not.
 TEST(SettingsFileFormatTest, NormalizesWhatTheFileCanHoldAndTellsIntegersFromDoubles) {
     EXPECT_FALSE(SettingsFileFormat::identical(QVariant::fromValue<qlonglong>(1), 1.0));

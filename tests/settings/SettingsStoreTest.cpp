@@ -47,7 +47,8 @@ const QByteArray kDefaultConfiguration =
          R"("material":"automatic","vibrancyEnabled":true})");
 const QByteArray kNone; // the key missing
 const QByteArray kDefaultEnabled = R"(["cpu", "memory", "temperature"])";
-const QByteArray kDefaultOrder = R"(["cpu", "memory", "temperature", "download", "upload"])";
+const QByteArray kDefaultOrder =
+    R"(["cpu", "memory", "temperature", "download", "upload", "swap", "diskRead", "diskWrite"])";
 
 // A key reads its stored value only when it has the right type and names a known case;
 // anything else falls back as if the key were missing. The expected value is written as the

@@ -12,7 +12,12 @@
 
 #include <gtest/gtest.h>
 
+#include <cerrno>
+#include <cstring>
 #include <limits>
+
+#include <pwd.h>
+#include <unistd.h>
 
 using namespace lumetra;
 using lumetra::testing::LogCapture;
@@ -20,19 +25,50 @@ using lumetra::testing::SettingsFolder;
 
 namespace {
 
-TEST(UserDefaultsTest, FileLivesUnderTheXdgConfigHome) {
-    const bool wasSet = qEnvironmentVariableIsSet("XDG_CONFIG_HOME");
-    const QByteArray saved = qgetenv("XDG_CONFIG_HOME");
-    const QString home = QDir::homePath() + "/.config/lumetra/settings.json";
-    // The base directory rules ignore a relative path.
-    for (const auto& [value, expected] :
-         {std::pair<const char*, QString>{"/c", "/c/lumetra/settings.json"},
-          {"", home},
-          {"relative/config", home}}) {
-        qputenv("XDG_CONFIG_HOME", value);
-        EXPECT_EQ(UserDefaults::standardFilePath(), expected) << value;
+// The XDG base directory rules: XDG_CONFIG_HOME, else $HOME/.config, else the home the
+// password database names; relative paths count as unset.
+TEST(UserDefaultsTest, ConfigFolderFollowsTheXdgRules) {
+    struct Case {
+        const char* xdgConfigHome;
+        const char* home;
+        const char* accountHome;
+        const char* expected;
+    };
+    for (const Case& c : {Case{"/c", "/home/u", "/home/a", "/c"}, Case{"/c/", "", "", "/c"},
+                          Case{"", "/home/u", "/home/a", "/home/u/.config"},
+                          Case{"relative/config", "/home/u", "", "/home/u/.config"},
+                          Case{"", "", "/home/a", "/home/a/.config"},
+                          Case{"", "relative/home", "/home/a", "/home/a/.config"},
+                          Case{"", "/", "", "/.config"}, // not "//.config"
+                          Case{"", "", "", ""}, Case{"relative", "relative", "relative", ""}}) {
+        EXPECT_EQ(UserDefaults::configHome(c.xdgConfigHome, c.home, c.accountHome),
+                  QString(c.expected))
+            << c.xdgConfigHome << " | " << c.home << " | " << c.accountHome;
     }
-    wasSet ? qputenv("XDG_CONFIG_HOME", saved) : qunsetenv("XDG_CONFIG_HOME");
+}
+
+// The same rules read from the environment; without HOME the password database answers.
+TEST(UserDefaultsTest, StandardFileComesFromTheEnvironment) {
+    const QByteArray savedConfig = qgetenv("XDG_CONFIG_HOME");
+    const QByteArray savedHome = qgetenv("HOME");
+    const bool configWasSet = qEnvironmentVariableIsSet("XDG_CONFIG_HOME");
+    const bool homeWasSet = qEnvironmentVariableIsSet("HOME");
+
+    qputenv("XDG_CONFIG_HOME", "/c");
+    EXPECT_EQ(UserDefaults::standardFilePath(), "/c/lumetra/settings.json");
+    qunsetenv("XDG_CONFIG_HOME");
+    qputenv("HOME", "/home/u");
+    EXPECT_EQ(UserDefaults::standardFilePath(), "/home/u/.config/lumetra/settings.json");
+    qunsetenv("HOME");
+    const passwd* account = ::getpwuid(::getuid());
+    if (account && QFileInfo(QFile::decodeName(account->pw_dir)).isDir()) {
+        EXPECT_EQ(UserDefaults::standardFilePath(),
+                  QDir::cleanPath(QFile::decodeName(account->pw_dir) + "/.config") +
+                      "/lumetra/settings.json");
+    }
+
+    configWasSet ? qputenv("XDG_CONFIG_HOME", savedConfig) : qunsetenv("XDG_CONFIG_HOME");
+    homeWasSet ? qputenv("HOME", savedHome) : qunsetenv("HOME");
 }
 
 TEST(UserDefaultsTest, KeepsKeysNobodyAskedAboutAndRefusesValuesTheFileCannotHold) {
@@ -62,7 +98,9 @@ TEST(UserDefaultsTest, AFailingSaveIsLoggedOnceAndKeepsTheValueInMemory) {
     store.setSeparator(MenuBarSeparator::bullet);
     EXPECT_EQ(store.separator(), MenuBarSeparator::bullet);
     ASSERT_EQ(log.lines().size(), 1) << log.lines().join('\n').toStdString();
-    EXPECT_TRUE(log.lines()[0].startsWith("Could not save settings to " + folder.file()));
+    EXPECT_EQ(log.lines()[0],
+              "Could not save settings: " + QString::fromLocal8Bit(std::strerror(ENOTDIR)) + " (" +
+                  folder.file() + "); keeping them in memory and trying again at the next change");
 }
 
 // A file that cannot be loaded is left alone in read-only mode; otherwise it is renamed,

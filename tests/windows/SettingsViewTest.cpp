@@ -24,7 +24,8 @@ using M = MenuBarMetric;
 
 namespace {
 
-const QStringList kMetricOrderDefault{"cpu", "memory", "temperature", "download", "upload"};
+const QStringList kMetricOrderDefault{"cpu",    "memory", "temperature", "download",
+                                      "upload", "swap",   "diskRead",    "diskWrite"};
 
 QStringList rawList(const QList<M>& metrics) {
     QStringList raw;
@@ -96,7 +97,7 @@ TEST_F(SettingsViewTest, AllMetricsOffLeavesTheOrderFullButDimmedAndThePreviewSa
     EXPECT_TRUE(h.settings->enabledMetrics().isEmpty());
     EXPECT_EQ(h.stored("enabledMetrics").toStringList(), QStringList());
     const MetricOrderModel* model = view.findChild<MetricOrderModel*>();
-    ASSERT_EQ(model->rowCount(), 5);
+    ASSERT_EQ(model->rowCount(), kMetricOrderDefault.size());
     for (int row = 0; row < 5; ++row)
         EXPECT_FALSE(model->index(row).data(MetricOrderModel::EnabledRole).toBool()) << row;
     EXPECT_NE(model->index(0).data(Qt::ForegroundRole).value<QColor>(),
@@ -135,15 +136,25 @@ TEST_P(OrderMoveTest, MovesTheMetricInTheOrderAndSavesIt) {
     EXPECT_EQ(rawList(shown), c.order);
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    Drags, OrderMoveTest,
-    ::testing::Values(
-        MoveCase{"firstToEnd", 0, 5, {"memory", "temperature", "download", "upload", "cpu"}},
-        MoveCase{"lastToFront", 4, 0, {"upload", "cpu", "memory", "temperature", "download"}},
-        MoveCase{"downOne", 1, 3, {"cpu", "temperature", "memory", "download", "upload"}},
-        MoveCase{"ontoItself", 2, 2, kMetricOrderDefault},
-        MoveCase{"justBehindItself", 2, 3, kMetricOrderDefault}),
-    byName);
+INSTANTIATE_TEST_SUITE_P(Drags, OrderMoveTest,
+                         ::testing::Values(MoveCase{"firstToEnd",
+                                                    0,
+                                                    8,
+                                                    {"memory", "temperature", "download", "upload",
+                                                     "swap", "diskRead", "diskWrite", "cpu"}},
+                                           MoveCase{"lastToFront",
+                                                    7,
+                                                    0,
+                                                    {"diskWrite", "cpu", "memory", "temperature",
+                                                     "download", "upload", "swap", "diskRead"}},
+                                           MoveCase{"downOne",
+                                                    1,
+                                                    3,
+                                                    {"cpu", "temperature", "memory", "download",
+                                                     "upload", "swap", "diskRead", "diskWrite"}},
+                                           MoveCase{"ontoItself", 2, 2, kMetricOrderDefault},
+                                           MoveCase{"justBehindItself", 2, 3, kMetricOrderDefault}),
+                         byName);
 
 TEST_F(SettingsViewTest, TogglesAndListFollowAStoredOrderThatLacksAMetric) {
     h.settings->setMetricOrder({M::upload, M::cpu});
@@ -275,7 +286,7 @@ TEST_F(SettingsViewTest, ResetActsAtOnceAndEveryControlJumpsBack) {
     EXPECT_EQ(child<SegmentedPicker>(view, "updateInterval")->currentIndex(), 1);
     EXPECT_EQ(child<QComboBox>(view, "separator")->currentIndex(), 0);
     EXPECT_TRUE(child<QRadioButton>(view, "mode.glass")->isChecked());
-    EXPECT_EQ(view.findChild<MetricOrderModel*>()->rowCount(), 5);
+    EXPECT_EQ(view.findChild<MetricOrderModel*>()->rowCount(), kMetricOrderDefault.size());
     EXPECT_EQ(h.stored("separator"), "space");
     EXPECT_EQ(h.stored("updateInterval"), 1.0);
     EXPECT_EQ(h.stored("metricOrder").toStringList(), kMetricOrderDefault);
@@ -349,9 +360,10 @@ TEST_F(SettingsViewTest, DroppedRowDataMovesTheMetricAndRemovesNothing) {
         int gap; // -1: below the last row
         QStringList order;
     };
-    for (const Case& c : {Case{0, -1, {"memory", "temperature", "download", "upload", "cpu"}},
-                          Case{4, 0, {"cpu", "memory", "temperature", "download", "upload"}},
-                          Case{1, 1, {"cpu", "memory", "temperature", "download", "upload"}}}) {
+    const QStringList firstLast{"memory", "temperature", "download",  "upload",
+                                "swap",   "diskRead",    "diskWrite", "cpu"};
+    for (const Case& c : {Case{0, -1, firstLast}, Case{7, 0, kMetricOrderDefault},
+                          Case{1, 1, kMetricOrderDefault}}) {
         std::unique_ptr<QMimeData> data(model->mimeData({model->index(c.from)}));
         ASSERT_NE(data, nullptr);
         EXPECT_TRUE(model->canDropMimeData(data.get(), Qt::MoveAction, c.gap, 0, {}));
@@ -360,7 +372,7 @@ TEST_F(SettingsViewTest, DroppedRowDataMovesTheMetricAndRemovesNothing) {
         EXPECT_EQ(h.stored("metricOrder").toStringList(), c.order);
         // What a move drag does to the source afterwards must not lose a metric.
         EXPECT_FALSE(model->removeRows(0, 1));
-        EXPECT_EQ(model->rowCount(), 5);
+        EXPECT_EQ(model->rowCount(), kMetricOrderDefault.size());
     }
     // Rows take no drops onto themselves, only the gaps between them.
     EXPECT_FALSE(model->flags(model->index(0)) & Qt::ItemIsDropEnabled);
@@ -373,17 +385,20 @@ TEST_F(SettingsViewTest, AltArrowsMoveTheSelectedRowFromTheKeyboard) {
     QTest::keyClick(list, Qt::Key_Down, Qt::AltModifier);
     QTest::keyClick(list, Qt::Key_Down, Qt::AltModifier);
     EXPECT_EQ(rawList(h.settings->metricOrder()),
-              (QStringList{"memory", "temperature", "cpu", "download", "upload"}));
+              (QStringList{"memory", "temperature", "cpu", "download", "upload", "swap", "diskRead",
+                           "diskWrite"}));
     EXPECT_EQ(list->currentIndex().row(), 2);
     QTest::keyClick(list, Qt::Key_Up, Qt::AltModifier);
     EXPECT_EQ(rawList(h.settings->metricOrder()),
-              (QStringList{"memory", "cpu", "temperature", "download", "upload"}));
+              (QStringList{"memory", "cpu", "temperature", "download", "upload", "swap", "diskRead",
+                           "diskWrite"}));
     // Plain arrows only move the selection.
     QTest::keyClick(list, Qt::Key_Up);
     EXPECT_EQ(list->currentIndex().row(), 0);
     QTest::keyClick(list, Qt::Key_Up, Qt::AltModifier);
     EXPECT_EQ(rawList(h.settings->metricOrder()),
-              (QStringList{"memory", "cpu", "temperature", "download", "upload"}));
+              (QStringList{"memory", "cpu", "temperature", "download", "upload", "swap", "diskRead",
+                           "diskWrite"}));
 }
 
 TEST_F(SettingsViewTest, WindowBackgroundFollowsTheAppearanceAndTheme) {

@@ -124,12 +124,16 @@ std::optional<DiskIOCounterSample> DiskIOMonitor::currentCounters() {
     bool allLinesGood = true;
     while (!text.empty()) {
         const std::string_view line = textscan::nextLine(text);
-        const DiskStatsLineParse parse = parseDiskStatsLine(line);
-        if (parse.line.name.empty())
-            continue; // a blank line
-        const bool counted = devices_[index++].counted;
-        if (!counted)
+        std::string_view head = line;
+        textscan::nextField(head);
+        textscan::nextField(head);
+        if (textscan::nextField(head).empty())
+            continue; // a blank line, or one without a device name, as learnDevices skips
+        // Only the counted disks' lines are parsed: loop, RAM, zram and partition lines are
+        // most of the file on a typical machine.
+        if (!devices_[index++].counted)
             continue;
+        const DiskStatsLineParse parse = parseDiskStatsLine(line);
         if (parse.error != DiskStatsLineError::none) {
             // A disk whose line cannot be read is left out of this sample; the others count.
             allLinesGood = false;

@@ -142,14 +142,22 @@ TEST(ProcessTableLiveTest, AChildTouching500MBLeadsByMemoryAtItsVmRSS) {
             ::pause();
     });
     ProcessTable table{KernelRoots(), DesktopEntries({})};
-    const TopApplication first = table.refresh().top(TopApplicationOrder::memory, 1).value(0);
+    const QList<TopApplication> rows = table.refresh(100000).top(TopApplicationOrder::memory, -1);
     const std::uint64_t vmRss = vmRssBytes(hog.pid());
     ASSERT_GE(vmRss, kSize) << "the child could not touch its memory";
-    ASSERT_TRUE(contains(first, hog.pid())) << first.name.toStdString();
-    if (first.processCount() == 1)
-        EXPECT_NEAR(double(first.residentBytes), double(vmRss), 0.02 * double(vmRss));
+    // On a shared machine something bigger may run: the child is first among the rest, and
+    // whatever ranks above it is really bigger.
+    qsizetype position = 0;
+    while (position < rows.size() && !contains(rows[position], hog.pid())) {
+        EXPECT_GT(rows[position].residentBytes, vmRss) << rows[position].name.toStdString();
+        ++position;
+    }
+    ASSERT_LT(position, rows.size());
+    const TopApplication& row = rows[position];
+    if (row.processCount() == 1)
+        EXPECT_NEAR(double(row.residentBytes), double(vmRss), 0.02 * double(vmRss));
     else
-        EXPECT_GE(first.residentBytes, vmRss) << "grouped with the application running the test";
+        EXPECT_GE(row.residentBytes, vmRss) << "grouped with the application running the test";
 }
 
 TEST(ProcessTableLiveTest, CpuAgreesWithPsutilOverTheSameInterval) {

@@ -2,15 +2,25 @@
 
 #include "samplers/kernel/TextScan.h"
 
+#include <algorithm>
 #include <cstring>
+#include <string.h>
 
 namespace lumetra {
 
 std::optional<ProcessStat> parseProcessStat(std::string_view text) {
     const auto open = text.find('(');
-    const auto close = text.rfind(')');
-    if (open == std::string_view::npos || close == std::string_view::npos || close < open)
+    if (open == std::string_view::npos)
         return std::nullopt;
+    // comm is at most 64 bytes (a kernel worker's "kworker/u8:2-events_unbound"; 15 for any
+    // other task), and the fields after it never hold a ')': its end is the last ')' within
+    // that reach, found without walking the whole line back.
+    constexpr std::size_t kCommReach = 64 + 2;
+    const std::size_t reach = std::min(text.size() - open, kCommReach);
+    const void* last = ::memrchr(text.data() + open, ')', reach);
+    if (!last)
+        return std::nullopt;
+    const auto close = std::size_t(static_cast<const char*>(last) - text.data());
     ProcessStat stat;
     stat.comm = text.substr(open + 1, close - open - 1);
 

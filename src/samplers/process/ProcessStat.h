@@ -11,7 +11,7 @@ struct ProcessStat {
     std::string_view comm; // inside the text parsed: between the first '(' and the last ')'
     char state = '?';
     std::uint64_t flags = 0;
-    std::uint64_t cpuTicks = 0;  // utime + stime, clock ticks
+    std::uint64_t cpuTicks = 0; // utime + stime, clock ticks
     std::uint64_t threads = 1;
     std::uint64_t startTime = 0; // clock ticks after boot; with the pid, who the process is
     std::uint64_t residentPages = 0;

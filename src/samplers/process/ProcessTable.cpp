@@ -161,8 +161,7 @@ TopApplications ProcessTable::refresh(int keep) {
     // The clock is read once a refresh but each stat a little later: a busy thread can show a
     // few ticks more than the interval holds. It cannot have run longer than the interval on
     // each of its threads, nor on more CPUs than there are.
-    const double ticksPerThread =
-        cpuValid ? double(ticksPerSecond_) * (now - *previousTime_) : 0.0;
+    const double ticksPerThread = cpuValid ? double(ticksPerSecond_) * (now - *previousTime_) : 0.0;
     ++refreshNumber_;
     groups_.clear();
     members_.clear();
@@ -220,8 +219,8 @@ TopApplications ProcessTable::refresh(int keep) {
         }
         if (cpuValid) {
             const double most =
-                ticksPerThread * double(std::min<std::uint64_t>(stat->threads,
-                                                                std::uint64_t(logicalCpuCount_)));
+                ticksPerThread *
+                double(std::min<std::uint64_t>(stat->threads, std::uint64_t(logicalCpuCount_)));
             ticks = std::min(ticks, std::uint64_t(most));
         }
         entry.cpuTicks = stat->cpuTicks;

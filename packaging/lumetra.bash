@@ -27,7 +27,7 @@ _lumetra() {
     else
         option=$prev
         value=$cur
-        [[ $option == --format || $option == --root || $option == --snapshot ||
+        [[ $option == --format || $option == --root || $option == --snapshot || $option == --top ||
             $option == --style || $option == --theme ]] || option=""
     fi
 
@@ -36,6 +36,7 @@ _lumetra() {
     --format) mapfile -t values < <(compgen -W "$formats" -- "$value") ;;
     --style) mapfile -t values < <(compgen -W "$styles" -- "$value") ;;
     --theme) mapfile -t values < <(compgen -W "$themes" -- "$value") ;;
+    --top) mapfile -t values < <(compgen -W "3 5 10" -- "$value") ;;
     --root)
         compopt -o filenames 2>/dev/null
         mapfile -t values < <(compgen -d -- "$value")
@@ -50,7 +51,7 @@ _lumetra() {
         ;;
     *)
         if [[ $cur == -* || -z $cur ]]; then
-            local options="--print --watch --format --root --settings --snapshot --label
+            local options="--print --watch --format --root --top --settings --snapshot --label
                 --style --theme --help --version"
             mapfile -t COMPREPLY < <(compgen -W "$options" -- "$cur")
         else

@@ -348,6 +348,39 @@
     </message>
 </context>
 <context>
+    <name>TopApplicationOrder</name>
+    <message>
+        <source>CPU</source>
+        <translation>CPU</translation>
+    </message>
+    <message>
+        <source>Memory</source>
+        <translation>Speicher</translation>
+    </message>
+</context>
+<context>
+    <name>TopApplications</name>
+    <message>
+        <source>1 process</source>
+        <translation>1 Prozess</translation>
+    </message>
+    <message numerus="yes">
+        <source>%n processes</source>
+        <translation>
+            <numerusform>%n Prozess</numerusform>
+            <numerusform>%n Prozesse</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>%1 of one core · %2 of the machine</source>
+        <translation>%1 eines Kerns · %2 des Rechners</translation>
+    </message>
+    <message>
+        <source>%1 CPU</source>
+        <translation>%1 CPU</translation>
+    </message>
+</context>
+<context>
     <name>UpdateInterval</name>
     <message>
         <source>0.5 s</source>
@@ -841,6 +874,97 @@
     <message>
         <source>Support lumetra</source>
         <translation>lumetra unterstützen</translation>
+    </message>
+</context>
+<context>
+    <name>lumetra::TopApplicationsSection</name>
+    <message>
+        <source>Top</source>
+        <translation>Top</translation>
+    </message>
+    <message>
+        <source>CPU</source>
+        <translation>CPU</translation>
+    </message>
+    <message>
+        <source>Memory</source>
+        <translation>Speicher</translation>
+    </message>
+    <message>
+        <source>Top applications by CPU</source>
+        <translation>Top-Anwendungen nach CPU</translation>
+    </message>
+    <message>
+        <source>Top applications by memory</source>
+        <translation>Top-Anwendungen nach Speicher</translation>
+    </message>
+    <message>
+        <source>Open System Monitor</source>
+        <translation>Systemüberwachung öffnen</translation>
+    </message>
+    <message>
+        <source>Actions for %1</source>
+        <translation>Aktionen für %1</translation>
+    </message>
+    <message>
+        <source>Reading processes…</source>
+        <translation>Prozesse werden gelesen …</translation>
+    </message>
+    <message>
+        <source>Only your own processes are visible</source>
+        <translation>Nur Ihre eigenen Prozesse sind sichtbar</translation>
+    </message>
+    <message>
+        <source>Resident memory: %1</source>
+        <translation>Belegter Arbeitsspeicher: %1</translation>
+    </message>
+    <message>
+        <source>Quit</source>
+        <translation>Beenden</translation>
+    </message>
+    <message>
+        <source>Force Quit</source>
+        <translation>Sofort beenden</translation>
+    </message>
+    <message>
+        <source>Only your own processes can be stopped</source>
+        <translation>Nur Ihre eigenen Prozesse können beendet werden</translation>
+    </message>
+    <message>
+        <source>Force Quit “%1” (%2)?</source>
+        <translation>„%1“ (%2) sofort beenden?</translation>
+    </message>
+    <message>
+        <source>Quit “%1” (%2)?</source>
+        <translation>„%1“ (%2) beenden?</translation>
+    </message>
+    <message>
+        <source>Each process is stopped at once; unsaved work is lost.</source>
+        <translation>Jeder Prozess wird sofort angehalten; nicht gespeicherte Arbeit geht verloren.</translation>
+    </message>
+    <message>
+        <source>Each process is asked to quit and may save its work first.</source>
+        <translation>Jeder Prozess wird gebeten, sich zu beenden, und kann seine Arbeit vorher sichern.</translation>
+    </message>
+    <message>
+        <source>%1 had already quit</source>
+        <translation>%1 war schon beendet</translation>
+    </message>
+    <message>
+        <source>%1: not permitted to stop %2</source>
+        <translation>%1: keine Berechtigung, %2 zu beenden</translation>
+    </message>
+    <message>
+        <source>%1: %2 could not be stopped</source>
+        <translation>%1: %2 konnten nicht beendet werden</translation>
+    </message>
+    <message>
+        <source>% of one core</source>
+        <translation>% eines Kerns</translation>
+    </message>
+    <message>
+        <source>resident</source>
+        <translation>belegt</translation>
     </message>
 </context>
 <context>

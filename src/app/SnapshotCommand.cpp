@@ -6,6 +6,7 @@
 
 #include "core/LiveProviders.h"
 #include "core/SystemMonitor.h"
+#include "core/TopApplicationsMonitor.h"
 #include "dashboard/DashboardPicture.h"
 #include "dashboard/DashboardView.h"
 #include "format/LabelSettings.h"
@@ -147,7 +148,11 @@ int SnapshotCommand::run(int argc, char* argv[], const SnapshotOptions& options)
     SystemMonitor monitor(liveProviders(roots, settings), seconds(settings.updateInterval()),
                           seconds(settings.temperatureInterval()));
 
-    DashboardView view(monitor, settings);
+    // The "Top" section as an open dashboard shows it: processes read from the start.
+    TopApplicationsMonitor top(liveProcessTable(roots), monitor.monitoringThread(),
+                               seconds(settings.updateInterval()));
+    top.beginWatching();
+    DashboardView view(monitor, settings, nullptr, &top);
     // The desktop's font, but a fixed accent: the picture should not depend on the theme
     // the offscreen platform happens to have.
     view.setFixedLook(QApplication::font().family());

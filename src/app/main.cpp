@@ -5,6 +5,7 @@
 #include "cli/TerminalOptions.h"
 #include "core/LiveProviders.h"
 #include "core/SystemMonitor.h"
+#include "core/TopApplicationsMonitor.h"
 #include "desktop/SingleInstance.h"
 #include "model/AppId.h"
 #include "model/Logging.h"
@@ -69,7 +70,14 @@ int runTerminal(int argc, char* argv[], TerminalOptions options) {
         QObject::connect(mountWatcher.get(), &MountWatcher::mountsChanged, &monitor,
                          &SystemMonitor::refreshDiskVolumes);
     }
+    // --top: processes are read on the monitoring thread, and only with this option.
+    std::unique_ptr<TopApplicationsMonitor> top;
+    if (options.top > 0)
+        top = std::make_unique<TopApplicationsMonitor>(
+            liveProcessTable(roots), monitor.monitoringThread(), seconds(settings.updateInterval()),
+            options.top);
     TerminalMode mode(options, settings, monitor, stdout);
+    mode.setTopApplications(top.get());
     QObject::connect(&mode, &TerminalMode::finished, &app, &QCoreApplication::exit);
     QTimer::singleShot(0, &mode, [&mode] { mode.start(); });
     return app.exec();

@@ -41,7 +41,7 @@ private:
 } // namespace
 
 void writeSampleJson(JsonWriter& json, const SystemMetrics& metrics, const DiskVolumeList& disks,
-                     const QString& label) {
+                     const QString& label, const std::function<void(JsonWriter&)>& more) {
     json.beginObject();
     json.key("timestamp").value(isoTimestamp(metrics.timestamp));
     JsonFigures figures(json);
@@ -61,6 +61,8 @@ void writeSampleJson(JsonWriter& json, const SystemMetrics& metrics, const DiskV
     }
     json.endArray();
     json.key("label").value(label);
+    if (more)
+        more(json);
     json.endObject();
 }
 

@@ -1,9 +1,11 @@
 #include "cli/StatusLineWriter.h"
 
 #include "cli/SampleJson.h"
+#include "cli/TopApplicationsJson.h"
 #include "format/LevelColor.h"
 #include "format/MenuBarLabel.h"
 #include "format/MetricsTooltip.h"
+#include "format/TopApplicationText.h"
 
 #include <cmath>
 
@@ -64,7 +66,11 @@ const std::string& StatusLineWriter::line(const StatusSnapshot& snapshot) {
     case OutputFormat::json:
         json_.clear();
         writeSampleJson(json_, snapshot.metrics, snapshot.disks,
-                        labelLine(snapshot.metrics, snapshot.histories, snapshot.settings));
+                        labelLine(snapshot.metrics, snapshot.histories, snapshot.settings),
+                        top_ ? std::function<void(JsonWriter&)>([this](JsonWriter& json) {
+                            writeTopApplicationsJson(json, *top_, topCount_);
+                        })
+                             : nullptr);
         break;
     case OutputFormat::waybar:
         writeWaybar(snapshot);
@@ -90,7 +96,14 @@ void StatusLineWriter::writeWaybar(const StatusSnapshot& snapshot) {
     json_.clear();
     json_.beginObject();
     json_.key("text").value(labelLine(snapshot.metrics, snapshot.histories, snapshot.settings));
-    json_.key("tooltip").value(metricsTooltip(snapshot.metrics, snapshot.disks));
+    QString tooltip = metricsTooltip(snapshot.metrics, snapshot.disks);
+    if (top_) {
+        const TopApplicationOrder order =
+            top_->cpuValid ? TopApplicationOrder::cpu : TopApplicationOrder::memory;
+        for (const TopApplication& application : top_->top(order, std::min(topCount_, 3)))
+            tooltip += u'\n' + topApplicationLine(application, top_->cpuValid);
+    }
+    json_.key("tooltip").value(tooltip);
     json_.key("class").value(statusClass(highest));
     json_.key("percentage")
         .value(static_cast<std::int64_t>(highest ? std::llround(std::clamp(*highest, 0.0, 100.0))

@@ -6,6 +6,7 @@
 #include "model/DiskVolume.h"
 #include "model/MetricHistories.h"
 #include "model/SystemMetrics.h"
+#include "model/TopApplications.h"
 
 #include <string>
 
@@ -33,6 +34,12 @@ public:
     // One line, with its newline.
     const std::string& line(const StatusSnapshot& snapshot);
 
+    // With --top: json lines get `count` top applications, waybar's tooltip the top 3.
+    void setTopApplications(const TopApplications* top, int count) {
+        top_ = top;
+        topCount_ = count;
+    }
+
 private:
     void writeWaybar(const StatusSnapshot& snapshot);
     void writeI3bar(const StatusSnapshot& snapshot);
@@ -41,6 +48,8 @@ private:
     JsonWriter json_;
     std::string text_;
     bool firstI3barLine_ = true;
+    const TopApplications* top_ = nullptr;
+    int topCount_ = 0;
 };
 
 // "normal", "warning" or "critical" for the highest level among the label's metrics.

@@ -1,5 +1,6 @@
 #include "cli/TerminalMode.h"
 
+#include "core/TopApplicationsMonitor.h"
 #include "settings/SettingsStore.h"
 
 namespace lumetra {
@@ -21,8 +22,11 @@ TerminalMode::TerminalMode(const TerminalOptions& options, SettingsStore& settin
     connect(&settings_, &SettingsStore::memoryFormatChanged, this, refreshLabelSettings);
     connect(&settings_, &SettingsStore::temperatureFormatChanged, this, refreshLabelSettings);
     connect(&settings_, &SettingsStore::menuBarDisplayStyleChanged, this, refreshLabelSettings);
-    connect(&settings_, &SettingsStore::updateIntervalChanged, this,
-            [this] { monitor_.setUpdateInterval(seconds(settings_.updateInterval())); });
+    connect(&settings_, &SettingsStore::updateIntervalChanged, this, [this] {
+        monitor_.setUpdateInterval(seconds(settings_.updateInterval()));
+        if (top_)
+            top_->setUpdateInterval(seconds(settings_.updateInterval()));
+    });
     connect(&settings_, &SettingsStore::temperatureIntervalChanged, this,
             [this] { monitor_.setTemperatureInterval(seconds(settings_.temperatureInterval())); });
 }
@@ -42,6 +46,8 @@ FastReadings TerminalMode::wantedReadings() const {
 
 void TerminalMode::start() {
     write(writer_.header());
+    if (top_)
+        top_->beginWatching();
     monitor_.start();
 }
 
@@ -69,6 +75,7 @@ void TerminalMode::onMetricsChanged() {
 void TerminalMode::writeLine() {
     const StatusSnapshot snapshot{monitor_.metrics(), monitor_.histories(), monitor_.diskVolumes(),
                                   labelSettings_};
+    writer_.setTopApplications(top_ ? &top_->topApplications() : nullptr, options_.top);
     write(writer_.line(snapshot));
     ++linesWritten_;
 }

@@ -11,6 +11,8 @@
 
 namespace lumetra {
 
+class TopApplicationsMonitor;
+
 class SettingsStore;
 
 // The terminal and status-bar mode: a line per fast sample from the second on, so that CPU
@@ -21,6 +23,9 @@ class TerminalMode : public QObject {
 public:
     TerminalMode(const TerminalOptions& options, SettingsStore& settings, SystemMonitor& monitor,
                  std::FILE* output, QObject* parent = nullptr);
+
+    // --top: the process list the lines add; watched from start() on.
+    void setTopApplications(TopApplicationsMonitor* top) { top_ = top; }
 
     // Writes the format's header and starts sampling.
     void start();
@@ -40,6 +45,7 @@ private:
     TerminalOptions options_;
     SettingsStore& settings_;
     SystemMonitor& monitor_;
+    TopApplicationsMonitor* top_ = nullptr;
     std::FILE* output_;
     StatusLineWriter writer_;
     LabelSettings labelSettings_;

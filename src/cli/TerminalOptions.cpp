@@ -15,8 +15,10 @@ namespace lumetra {
 
 namespace {
 
-constexpr const char* kOptionNames[] = {"--print",    "--watch", "--format", "--root",
-                                        "--settings", "--help",  "--version"};
+constexpr const char* kOptionNames[] = {"--print",    "--watch", "--format",  "--root",
+                                        "--settings", "--help",  "--version", "--top"};
+// More rows than any bar or script shows; a bigger N is a typo.
+constexpr int kMostTop = 100;
 
 // Why `path` is not a readable regular file, or nothing when it is one.
 std::optional<QString> whyUnreadable(const QString& path) {
@@ -55,6 +57,7 @@ TerminalOptionsParse parseTerminalOptions(const QStringList& arguments) {
     TerminalOptions options;
     bool formatGiven = false;
     bool rootGiven = false;
+    bool topGiven = false;
     for (qsizetype i = 0; i < arguments.size(); ++i) {
         QString argument = arguments[i];
         QString value;
@@ -81,7 +84,7 @@ TerminalOptionsParse parseTerminalOptions(const QStringList& arguments) {
             return {options, {}};
         }
         if (hasInlineValue && argument != QLatin1String("--format") &&
-            argument != QLatin1String("--root"))
+            argument != QLatin1String("--root") && argument != QLatin1String("--top"))
             return failure(QStringLiteral("lumetra: option '%1' takes no value").arg(argument));
 
         if (argument == QLatin1String("--print") || argument == QLatin1String("--watch")) {
@@ -115,6 +118,16 @@ TerminalOptionsParse parseTerminalOptions(const QStringList& arguments) {
                     QStringLiteral("lumetra: --root '%1' cannot be read: %2").arg(*root, *missing));
             options.root = *root;
             rootGiven = true;
+        } else if (argument == QLatin1String("--top")) {
+            const auto count = takeValue();
+            bool number = false;
+            const int n = count ? count->toInt(&number) : 0;
+            if (!number || n < 1 || n > kMostTop)
+                return failure(QStringLiteral("lumetra: option '--top' needs a number of "
+                                              "applications from 1 to %1")
+                                   .arg(kMostTop));
+            options.top = n;
+            topGiven = true;
         } else if (argument == QLatin1String("--settings")) {
             options.showSettings = true;
         } else if (!argument.startsWith(u'-')) {
@@ -129,11 +142,15 @@ TerminalOptionsParse parseTerminalOptions(const QStringList& arguments) {
         }
     }
     // --format and --root only make sense for the terminal mode: they imply --watch.
-    if ((formatGiven || rootGiven) && options.action == TerminalOptions::Action::runPanel)
+    if ((formatGiven || rootGiven || topGiven) &&
+        options.action == TerminalOptions::Action::runPanel)
         options.action = TerminalOptions::Action::watch;
     if (options.showSettings && options.action != TerminalOptions::Action::runPanel)
         return failure(QStringLiteral("lumetra: --settings opens the panel app's settings and "
                                       "cannot be combined with --print or --watch"));
+    if (topGiven && options.format != OutputFormat::json && options.format != OutputFormat::waybar)
+        return failure(QStringLiteral("lumetra: --top needs --format json (or waybar, whose "
+                                      "tooltip then lists the top 3)"));
     return {options, {}};
 }
 
@@ -149,8 +166,8 @@ std::optional<QString> missingKernelFile(const QString& root) {
 QString terminalUsage() {
     return QStringLiteral(
         "Usage: lumetra [--settings]\n"
-        "       lumetra --print [--format FORMAT] [--root DIR]\n"
-        "       lumetra --watch [--format FORMAT] [--root DIR]\n"
+        "       lumetra --print [--format FORMAT] [--root DIR] [--top N]\n"
+        "       lumetra --watch [--format FORMAT] [--root DIR] [--top N]\n"
         "       lumetra --snapshot FILE [--label] [--style STYLE] [--theme light|dark]\n"
         "\n"
         "A lightweight system monitor for the Linux desktop: CPU, memory and memory\n"
@@ -169,6 +186,10 @@ QString terminalUsage() {
         "  --root DIR       read DIR/proc and DIR/sys instead of /proc and /sys (a host's\n"
         "                   trees mounted into a container, or a saved tree); DIR/proc/stat\n"
         "                   and DIR/proc/meminfo must be readable files\n"
+        "  --top N          add the N applications using the most CPU (topApplications:\n"
+        "                   name, processCount, cpuPercent, residentBytes) to json lines,\n"
+        "                   or the top 3 to waybar's tooltip; processes are read only\n"
+        "                   with this option\n"
         "  --settings       open the panel app's settings window (the running one's)\n"
         "  --snapshot FILE  draw the dashboard (or with --label the panel label) into a PNG,\n"
         "                   with no display needed; STYLE is a card (or label) style\n"

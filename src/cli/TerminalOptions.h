@@ -18,6 +18,7 @@ struct TerminalOptions {
     OutputFormat format = OutputFormat::text;
     QString root = QStringLiteral("/");
     bool showSettings = false; // the panel app opens its settings window
+    int top = 0; // --top N: the N applications using the most CPU, in json and waybar lines
 };
 
 struct TerminalOptionsParse {

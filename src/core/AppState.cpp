@@ -5,6 +5,7 @@
 #include "appearance/AppearanceManager.h"
 #include "core/StoredUpdateCheckSettings.h"
 #include "core/SystemMonitor.h"
+#include "core/TopApplicationsMonitor.h"
 #include "desktop/LoginItemService.h"
 #include "model/AppId.h"
 #include "model/Logging.h"
@@ -38,6 +39,9 @@ AppState::AppState(Services services, std::unique_ptr<SystemMonitor> monitor, QO
       loginItem_(services.loginItem),
       updateCheckSettings_(std::make_unique<StoredUpdateCheckSettings>(services.settings)),
       monitor_(monitor ? std::move(monitor) : defaultMonitor(services.settings)) {
+    topApplications_ = std::make_unique<TopApplicationsMonitor>(
+        liveProcessTable(KernelRoots()), monitor_->monitoringThread(),
+        seconds(settings_.updateInterval()));
     updateService_ = std::make_unique<UpdateService>(services.updateChecker, *updateCheckSettings_,
                                                      services.updateAlerts);
     applyLoginItem(settings_.launchAtLogin());
@@ -53,7 +57,12 @@ AppState::AppState(Services services, std::unique_ptr<SystemMonitor> monitor, QO
     connect(&settings_, &SettingsStore::updateIntervalChanged, this, [this] {
         const double period = seconds(settings_.updateInterval());
         QMetaObject::invokeMethod(
-            this, [this, period] { monitor_->setUpdateInterval(period); }, Qt::QueuedConnection);
+            this,
+            [this, period] {
+                monitor_->setUpdateInterval(period);
+                topApplications_->setUpdateInterval(period);
+            },
+            Qt::QueuedConnection);
     });
     connect(&settings_, &SettingsStore::temperatureIntervalChanged, this, [this] {
         const double period = seconds(settings_.temperatureInterval());

@@ -18,6 +18,7 @@ class MountWatcher;
 class SettingsStore;
 class StoredUpdateCheckSettings;
 class SystemMonitor;
+class TopApplicationsMonitor;
 class UpdateAlertPresenting;
 class UpdateChecking;
 class UpdateService;
@@ -48,6 +49,8 @@ public:
 
     SettingsStore& settings() const { return settings_; }
     SystemMonitor& systemMonitor() const { return *monitor_; }
+    // The process list, read on the monitoring thread only while someone watches it.
+    TopApplicationsMonitor& topApplications() const { return *topApplications_; }
     AppearanceManager& appearanceManager() const { return appearance_; }
     UpdateService& updateService() const { return *updateService_; }
     LoginItemService& loginItem() const { return loginItem_; }
@@ -96,6 +99,7 @@ private:
     LoginItemService& loginItem_;
     std::unique_ptr<StoredUpdateCheckSettings> updateCheckSettings_;
     std::unique_ptr<SystemMonitor> monitor_;
+    std::unique_ptr<TopApplicationsMonitor> topApplications_; // uses the monitor's thread
     std::unique_ptr<UpdateService> updateService_;
     std::unique_ptr<MountWatcher> mountWatcher_;
     AppearanceConfiguration effectiveAppearance_;

@@ -234,4 +234,8 @@ void MonitoringScheduler::refreshDiskVolumes() {
     QMetaObject::invokeMethod(worker_, [worker = worker_] { worker->refreshDiskVolumes(); });
 }
 
+QThread* MonitoringScheduler::thread() const {
+    return worker_->thread(); // the loops' own, or the caller's (SamplingThread::caller)
+}
+
 } // namespace lumetra

@@ -62,6 +62,8 @@ public:
     void setReadings(FastReadings readings);
     // One disk reading outside the slow loop, running or not.
     void refreshDiskVolumes();
+    // The loops' thread, for other readers that sample on it (the process list).
+    QThread* thread() const;
 
 private:
     QThread thread_;

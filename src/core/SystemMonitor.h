@@ -44,6 +44,8 @@ public:
     void setUpdateInterval(double seconds);
     void setTemperatureInterval(double seconds);
     void refreshDiskVolumes();
+    // The thread the samplers run on.
+    QThread* monitoringThread() const { return scheduler_->thread(); }
     // Which optional readings the fast loop takes (all at first): a terminal line that shows
     // no rates or cores leaves their kernel files alone.
     void setReadings(FastReadings readings);

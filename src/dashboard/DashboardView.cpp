@@ -16,6 +16,7 @@
 #include "dashboard/RingMetricCard.h"
 #include "dashboard/SectionHeader.h"
 #include "dashboard/SparklineAreaMetricCard.h"
+#include "dashboard/TopApplicationsSection.h"
 #include "format/MetricCatalogue.h"
 #include "settings/SettingsStore.h"
 
@@ -152,12 +153,14 @@ struct DashboardView::Content {
     std::vector<Block> blocks; // strip, cards, disk card, network card
     std::vector<double> dividers;
     QRectF stripRect;
+    QRectF topRect; // the "Top" section's widget
     double footerTop = 0;
     double height = 0;
     std::vector<std::pair<QRectF, QString>> toolTips;
 };
 
-DashboardView::DashboardView(SystemMonitor& monitor, SettingsStore& settings, QWidget* parent)
+DashboardView::DashboardView(SystemMonitor& monitor, SettingsStore& settings, QWidget* parent,
+                             TopApplicationsMonitor* top)
     : QWidget(parent), monitor_(monitor), settings_(settings),
       theme_(DashboardTheme::fromPalette(false, palette(), font())) {
     setObjectName(QStringLiteral("DashboardView"));
@@ -182,6 +185,11 @@ DashboardView::DashboardView(SystemMonitor& monitor, SettingsStore& settings, QW
     connect(&monitor_, &SystemMonitor::diskVolumesChanged, this, &DashboardView::contentChanged);
     connect(&settings_, &SettingsStore::metricCardStyleChanged, this,
             &DashboardView::contentChanged);
+    if (top) {
+        topSection_ = new TopApplicationsSection(*top, settings_, themeOf, this);
+        connect(topSection_, &TopApplicationsSection::preferredHeightChanged, this,
+                &DashboardView::contentChanged);
+    }
     refreshTheme();
 }
 
@@ -208,6 +216,8 @@ void DashboardView::refreshTheme() {
         button->resize(button->sizeHint());
         button->update();
     }
+    if (topSection_)
+        topSection_->update();
     contentChanged();
 }
 
@@ -328,6 +338,13 @@ DashboardView::Content DashboardView::content() const {
             place(std::move(extras));
     }
 
+    if (topSection_) {
+        content.dividers.push_back(y);
+        y += 1 + kSpacing;
+        const double height = topSection_->heightForWidth(width);
+        content.topRect = QRectF(left, y, width, height);
+        y += height + kSpacing;
+    }
     content.dividers.push_back(y);
     y += 1 + kSpacing;
     // The disks' reads and writes: one line at the foot of the disks card.
@@ -405,6 +422,8 @@ void DashboardView::contentChanged() {
     const Content& current = *layout_;
     const int height = static_cast<int>(std::ceil(current.height));
     placeFooter(current.footerTop);
+    if (topSection_)
+        topSection_->setGeometry(current.topRect.toAlignedRect());
     glanceStrip_->setGeometry(current.stripRect.toAlignedRect());
     glanceStrip_->setAccessibleName(current.glanceName);
     if (height != height_) {

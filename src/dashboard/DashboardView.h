@@ -14,6 +14,8 @@ namespace lumetra {
 class FooterButton;
 class SettingsStore;
 class SystemMonitor;
+class TopApplicationsMonitor;
+class TopApplicationsSection;
 
 // The popover's content: a header, the glance strip, the metric cards in the chosen style,
 // the disk and network cards and a footer with three buttons. 280 wide; the height follows
@@ -29,7 +31,9 @@ public:
     static constexpr double kPadding = 12;
     static constexpr double kSpacing = 10;
 
-    DashboardView(SystemMonitor& monitor, SettingsStore& settings, QWidget* parent = nullptr);
+    // With `top`, the "Top" section under the cards lists what uses the machine.
+    DashboardView(SystemMonitor& monitor, SettingsStore& settings, QWidget* parent = nullptr,
+                  TopApplicationsMonitor* top = nullptr);
     ~DashboardView() override;
 
     bool isDark() const { return dark_; }
@@ -40,6 +44,9 @@ public:
 
     // Shows `state` instead of the monitor's until called with none (pictures, previews).
     void setFixedState(std::optional<DashboardState> state);
+
+    // The "Top" section, when the dashboard has one.
+    TopApplicationsSection* topApplicationsSection() const { return topSection_; }
 
     QSize sizeHint() const override;
     QSize minimumSizeHint() const override { return sizeHint(); }
@@ -89,6 +96,7 @@ private:
     FooterButton* supportButton_;
     FooterButton* quitButton_;
     QWidget* glanceStrip_;
+    TopApplicationsSection* topSection_ = nullptr;
 };
 
 } // namespace lumetra

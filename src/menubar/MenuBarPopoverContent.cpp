@@ -4,6 +4,7 @@
 #include "appearance/GlassBackground.h"
 #include "appearance/Palette.h"
 #include "core/AppState.h"
+#include "core/TopApplicationsMonitor.h"
 #include "dashboard/DashboardTheme.h"
 #include "dashboard/DashboardView.h"
 #include "settings/SettingsStore.h"
@@ -26,7 +27,8 @@ MenuBarPopoverContent::MenuBarPopoverContent(AppState& appState, QWidget* parent
     outer->addWidget(background_);
     auto* inner = new QVBoxLayout(background_);
     inner->setContentsMargins(0, 0, 0, 0);
-    dashboard_ = new DashboardView(appState.systemMonitor(), appState.settings(), background_);
+    dashboard_ = new DashboardView(appState.systemMonitor(), appState.settings(), background_,
+                                   &appState.topApplications());
     inner->addWidget(dashboard_);
     connect(dashboard_, &DashboardView::settingsRequested, this,
             &MenuBarPopoverContent::settingsRequested);

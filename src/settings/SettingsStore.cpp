@@ -258,6 +258,10 @@ struct SettingsStore::Keys {
         QLatin1StringView("metricCardStyle"), &S::metricCardStyle_,
         &S::metricCardStyleChanged,           loadEnum<MetricCardStyle::classic>,
         encodeEnum<MetricCardStyle>,          OnReset::restore};
+    static constexpr Setting<TopApplicationOrder> topApplicationsOrder{
+        QLatin1StringView("topApplicationsOrder"), &S::topApplicationsOrder_,
+        &S::topApplicationsOrderChanged,           loadEnum<TopApplicationOrder::cpu>,
+        encodeEnum<TopApplicationOrder>,           OnReset::restore};
     // The two intervals default to different cases and are stored as numbers.
     static constexpr Setting<UpdateInterval> updateInterval{
         QLatin1StringView("updateInterval"), &S::updateInterval_,
@@ -294,6 +298,7 @@ struct SettingsStore::Keys {
                                            &appearanceMode,
                                            &customConfiguration,
                                            &metricCardStyle,
+                                           &topApplicationsOrder,
                                            &updateInterval,
                                            &temperatureInterval,
                                            &networkPhysicalOnly};
@@ -394,6 +399,10 @@ void SettingsStore::setAppearanceMode(AppearanceMode value) {
 void SettingsStore::setCustomConfiguration(const AppearanceConfiguration& value) {
     assign(Keys::customConfiguration, value);
 }
+void SettingsStore::setTopApplicationsOrder(TopApplicationOrder value) {
+    assign(Keys::topApplicationsOrder, value);
+}
+
 void SettingsStore::setMetricCardStyle(MetricCardStyle value) {
     assign(Keys::metricCardStyle, value);
 }

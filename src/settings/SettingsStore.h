@@ -2,6 +2,7 @@
 
 #include "appearance/AppearanceConfiguration.h"
 #include "appearance/AppearanceMode.h"
+#include "model/TopApplicationOrder.h"
 #include "settings/MemoryDisplayFormat.h"
 #include "settings/MenuBarDisplayStyle.h"
 #include "settings/MenuBarMetric.h"
@@ -66,6 +67,8 @@ class SettingsStore : public QObject {
                    setCustomConfiguration NOTIFY customConfigurationChanged)
     Q_PROPERTY(lumetra::MetricCardStyle metricCardStyle READ metricCardStyle WRITE
                    setMetricCardStyle NOTIFY metricCardStyleChanged)
+    Q_PROPERTY(lumetra::TopApplicationOrder topApplicationsOrder READ topApplicationsOrder WRITE
+                   setTopApplicationsOrder NOTIFY topApplicationsOrderChanged)
     Q_PROPERTY(lumetra::UpdateInterval updateInterval READ updateInterval WRITE setUpdateInterval
                    NOTIFY updateIntervalChanged)
     Q_PROPERTY(lumetra::TemperatureInterval temperatureInterval READ temperatureInterval WRITE
@@ -101,6 +104,8 @@ public:
     AppearanceMode appearanceMode() const { return appearanceMode_; }
     AppearanceConfiguration customConfiguration() const { return customConfiguration_; }
     MetricCardStyle metricCardStyle() const { return metricCardStyle_; }
+    // The dashboard's top applications: by CPU or by memory.
+    TopApplicationOrder topApplicationsOrder() const { return topApplicationsOrder_; }
     UpdateInterval updateInterval() const { return updateInterval_; }
     TemperatureInterval temperatureInterval() const { return temperatureInterval_; }
     bool networkPhysicalOnly() const { return networkPhysicalOnly_; }
@@ -122,6 +127,7 @@ public:
     void setAppearanceMode(AppearanceMode value);
     void setCustomConfiguration(const AppearanceConfiguration& value);
     void setMetricCardStyle(MetricCardStyle value);
+    void setTopApplicationsOrder(TopApplicationOrder value);
     void setUpdateInterval(UpdateInterval value);
     void setTemperatureInterval(TemperatureInterval value);
     void setNetworkPhysicalOnly(bool value);
@@ -159,6 +165,7 @@ signals:
     void appearanceModeChanged();
     void customConfigurationChanged();
     void metricCardStyleChanged();
+    void topApplicationsOrderChanged();
     void updateIntervalChanged();
     void temperatureIntervalChanged();
     void networkPhysicalOnlyChanged();
@@ -193,6 +200,7 @@ private:
     AppearanceMode appearanceMode_{};
     AppearanceConfiguration customConfiguration_{};
     MetricCardStyle metricCardStyle_{};
+    TopApplicationOrder topApplicationsOrder_{};
     UpdateInterval updateInterval_{};
     TemperatureInterval temperatureInterval_{};
     bool networkPhysicalOnly_{};

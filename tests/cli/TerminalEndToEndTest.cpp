@@ -1,6 +1,8 @@
 #include "support/FixtureTree.h"
 
+#include <QJsonArray>
 #include <QJsonDocument>
+#include <QJsonObject>
 #include <QProcess>
 #include <QRegularExpression>
 #include <QTest>
@@ -258,6 +260,26 @@ TEST(TerminalModeTest, FirstWatchLineUnderLoadShowsTheMeasuredCPU) {
     EXPECT_GT(first["cpuUsage"].toDouble(), 0);
     EXPECT_NEAR(first["cpuUsage"].toDouble(), expected, 25) << out.toStdString();
     EXPECT_GE(first["cpuUsage"].toDouble(), 100.0 / QThread::idealThreadCount() / 2);
+}
+
+} // namespace
+
+namespace {
+
+// --top over the live machine: the test itself and lumetra are among what runs.
+TEST(TerminalModeTest, TopAddsTheLeadingApplicationsToJsonLines) {
+    const RunResult run = runLumetra({"--print", "--format", "json", "--top", "2"});
+    ASSERT_EQ(run.exitCode, 0) << run.err.toStdString();
+    const QJsonArray rows = QJsonDocument::fromJson(run.out).object()["topApplications"].toArray();
+    ASSERT_EQ(rows.size(), 2) << run.out.toStdString();
+    for (const QJsonValue& row : rows) {
+        const QJsonObject group = row.toObject();
+        EXPECT_FALSE(group["name"].toString().isEmpty());
+        EXPECT_GE(group["processCount"].toInt(), 1);
+        EXPECT_TRUE(group["cpuPercent"].isDouble()) << "measured over the first interval";
+        EXPECT_GT(group["residentBytes"].toDouble(), 0);
+    }
+    EXPECT_GE(rows[0]["cpuPercent"].toDouble(), rows[1]["cpuPercent"].toDouble());
 }
 
 } // namespace

@@ -26,6 +26,21 @@ TEST(TerminalOptionsTest, ParsesTheActionAndFormat) {
     }
 }
 
+TEST(TerminalOptionsTest, TopTakesACountForJsonAndWaybar) {
+    for (const auto& [arguments, action, top] :
+         std::initializer_list<std::tuple<QStringList, Action, int>>{
+             {{"--format", "json"}, Action::watch, 0},
+             {{"--format", "json", "--top", "5"}, Action::watch, 5},
+             {{"--top=3", "--format=waybar"}, Action::watch, 3}, // implies --watch, any order
+             {{"--print", "--format", "json", "--top", "100"}, Action::print, 100}}) {
+        const std::string trace = arguments.join(' ').toStdString();
+        const TerminalOptionsParse parsed = parseTerminalOptions(arguments);
+        ASSERT_TRUE(parsed.options) << trace << ": " << parsed.error.toStdString();
+        EXPECT_EQ(parsed.options->action, action) << trace;
+        EXPECT_EQ(parsed.options->top, top) << trace;
+    }
+}
+
 TEST(TerminalOptionsTest, RejectsWithAClearMessage) {
     for (const auto& [arguments, messagePart] :
          std::initializer_list<std::pair<QStringList, const char*>>{
@@ -39,7 +54,13 @@ TEST(TerminalOptionsTest, RejectsWithAClearMessage) {
              {{"--settings", "--watch"}, "cannot be combined"},
              {{"stray"}, "unexpected argument 'stray'"},
              {{"print"}, "unexpected argument 'print' (did you mean '--print'?)"},
-             {{"--watch", "json"}, "unexpected argument 'json'"}}) {
+             {{"--watch", "json"}, "unexpected argument 'json'"},
+             {{"--watch", "--top", "3"}, "--top needs --format json"},
+             {{"--format", "i3bar", "--top", "3"}, "--top needs --format json"},
+             {{"--format", "json", "--top"}, "'--top' needs a number"},
+             {{"--format", "json", "--top", "0"}, "from 1 to 100"},
+             {{"--format", "json", "--top=101"}, "from 1 to 100"},
+             {{"--format", "json", "--top", "five"}, "'--top' needs a number"}}) {
         const TerminalOptionsParse parsed = parseTerminalOptions(arguments);
         EXPECT_FALSE(parsed.options) << messagePart;
         EXPECT_TRUE(parsed.error.contains(messagePart) && parsed.error.contains("lumetra --help"))

@@ -159,7 +159,8 @@ lumetra --theme|dark light
 lumetra --format =|i3bar json text waybar
 lumetra --root|proc-tree shots
 lumetra --snapshot|a.png b.PNG proc-tree shots
-lumetra --print|--format --help --label --print --root --settings --snapshot --style --theme --version --watch
+lumetra --print|--format --help --label --print --root --settings --snapshot --style --theme --top --version --watch
+lumetra --format json --top|10 3 5
 EOF
 while IFS='|' read -r words want; do
     # shellcheck disable=SC2086

@@ -55,8 +55,8 @@ inline constexpr PaletteColor panelSecondary{0x8E, 0x8E, 0x93};
 // Text.
 inline constexpr PaletteColor textLight{0x1C, 0x1C, 0x1E};
 inline constexpr PaletteColor textDark{0xF2, 0xF2, 0xF7};
-inline constexpr PaletteColor secondaryTextLight{60, 60, 67, 153};
-inline constexpr PaletteColor secondaryTextDark{235, 235, 245, 153};
+inline constexpr PaletteColor secondaryTextLight{60, 60, 67, 215};
+inline constexpr PaletteColor secondaryTextDark{235, 235, 245, 215};
 // Tracks, dividers and quiet fills: the secondary text's colour, fainter.
 inline constexpr std::uint8_t kTrackAlpha = 46;
 inline constexpr std::uint8_t kDividerAlpha = 56;

@@ -99,7 +99,7 @@ struct Background {
     QImage image;
 };
 
-TEST(GlassContrast, PrimaryTextStaysAtSevenToOneOverAnyDesktopWithoutBlur) {
+TEST(GlassContrast, TextStaysLegibleOverAnyDesktopWithoutBlur) {
     const Background backgrounds[] = {
         {"white", plain(Qt::white)}, {"black", plain(Qt::black)}, {"busy", busyBackground()}};
     double worstPrimary = 21;
@@ -121,6 +121,7 @@ TEST(GlassContrast, PrimaryTextStaysAtSevenToOneOverAnyDesktopWithoutBlur) {
                 const std::string what = std::string(rawValue(mode).data(), rawValue(mode).size()) +
                                          (dark ? " dark over " : " light over ") + background.name;
                 EXPECT_GE(primary, 7.0) << what;
+                EXPECT_GE(secondary, 4.5) << what;
                 if (primary < worstPrimary) {
                     worstPrimary = primary;
                     worstCase = what;
@@ -132,9 +133,8 @@ TEST(GlassContrast, PrimaryTextStaysAtSevenToOneOverAnyDesktopWithoutBlur) {
                     worstSecondaryCase = what;
                 }
             }
-    // For the record. The secondary text reaches 4.5:1 only with a denser secondary colour
-    // in the dashboard's palette (alpha 215 instead of 153 gives 4.72 here); no background
-    // alone gets it there, since even on an opaque light window it stays near 3.3:1.
+    // For the record. The secondary text's own density matters as much as the glass: at the
+    // usual 60 % it stays near 3.3:1 even on an opaque light window, hence 84 %.
     ::testing::Test::RecordProperty("worstPrimary", std::to_string(worstPrimary));
     ::testing::Test::RecordProperty("worstPrimaryCase", worstCase);
     ::testing::Test::RecordProperty("worstSecondary", std::to_string(worstSecondary));

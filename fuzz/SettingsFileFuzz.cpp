@@ -80,7 +80,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
             loaded = *upgraded.domain;
             QVariantMap rest = loaded;
             QVariantMap before = *parsed.domain;
-            for (const QString key :
+            for (const QString& key :
                  {QStringLiteral("metricOrder"), QStringLiteral("knownMetrics")}) {
                 rest.remove(key);
                 before.remove(key);

@@ -1,5 +1,8 @@
 #include "settings/SettingsStore.h"
 
+#include "model/Logging.h"
+#include "settings/SettingsFileFormat.h"
+
 #include <QLatin1StringView>
 
 #include <tuple>
@@ -96,9 +99,13 @@ MenuBarMetricSet loadEnabledMetrics(const QVariant& stored) {
     return set;
 }
 
-QList<MenuBarMetric> loadMetricOrder(const QVariant& stored) {
+QList<MenuBarMetric> everyMetric() {
     const auto& all = allCases<MenuBarMetric>();
-    return loadMetricList(stored).value_or(QList<MenuBarMetric>(all.begin(), all.end()));
+    return QList<MenuBarMetric>(all.begin(), all.end());
+}
+
+QList<MenuBarMetric> loadMetricOrder(const QVariant& stored) {
+    return loadMetricList(stored).value_or(everyMetric());
 }
 
 AppearanceConfiguration loadConfiguration(const QVariant& stored) {
@@ -280,6 +287,10 @@ struct SettingsStore::Keys {
                                                        encodeBool,
                                                        OnReset::restore};
 
+    // Not a property: the metrics of the version that last wrote `metricOrder`, so a later
+    // version can tell which of its metrics that order never offered. Written with the order.
+    static constexpr QLatin1StringView knownMetrics{"knownMetrics"};
+
     // Loading order.
     static constexpr auto all = std::tuple{&launchAtLogin,
                                            &showWelcomeScreen,
@@ -337,8 +348,51 @@ void SettingsStore::reload(const S& setting) {
 }
 
 void SettingsStore::reloadAll() {
+    // Before reading, so the order is read once, as it now stands.
+    offerNewMetrics();
     std::apply([this](const auto*... setting) { (reload(*setting), ...); }, Keys::all);
     noteDisplayedMetrics();
+}
+
+void SettingsStore::offerNewMetrics() {
+    using enum MenuBarMetric;
+    // A file without the key was written by the version that had these five.
+    QList<MenuBarMetric> known{cpu, memory, temperature, download, upload};
+    const QVariant stored = defaults_.value(QString(Keys::knownMetrics));
+    if (stored.isValid()) {
+        if (auto list = loadMetricList(stored))
+            known = *list;
+        else
+            qCWarning(logSettings,
+                      "Settings key \"knownMetrics\" is not a list of metric names; reading it "
+                      "as the first five metrics");
+    }
+    // Without a stored order the default one offers every metric already.
+    const QString orderKey(Keys::metricOrder.key);
+    std::optional<QList<MenuBarMetric>> order = loadMetricList(defaults_.value(orderKey));
+    if (!order)
+        return;
+    bool unknownBefore = false;
+    for (MenuBarMetric metric : everyMetric()) {
+        if (known.contains(metric))
+            continue;
+        unknownBefore = true;
+        // One placed by hand already has its place.
+        if (!order->contains(metric))
+            order->append(metric);
+    }
+    if (!unknownBefore)
+        return;
+    const UserDefaults::Batch batch(defaults_);
+    defaults_.setValue(orderKey, *encodeMetricList(*order));
+    writeKnownMetrics();
+}
+
+void SettingsStore::writeKnownMetrics() {
+    const QString key(Keys::knownMetrics);
+    const QVariant known = *encodeMetricList(everyMetric());
+    if (!SettingsFileFormat::identical(defaults_.value(key), known))
+        defaults_.setValue(key, known);
 }
 
 void SettingsStore::noteDisplayedMetrics() {
@@ -376,7 +430,9 @@ void SettingsStore::setEnabledMetrics(MenuBarMetricSet value) {
     assign(Keys::enabledMetrics, value);
 }
 void SettingsStore::setMetricOrder(const QList<MenuBarMetric>& value) {
+    const UserDefaults::Batch batch(defaults_); // the order and its known list in one save
     assign(Keys::metricOrder, value);
+    writeKnownMetrics();
 }
 void SettingsStore::setSeparator(MenuBarSeparator value) {
     assign(Keys::separator, value);
@@ -459,6 +515,7 @@ void SettingsStore::resetToDefaults() {
             assign(*setting, setting->load(QVariant()));
     };
     std::apply([&](const auto*... setting) { (restore(setting), ...); }, Keys::all);
+    writeKnownMetrics();
 }
 
 } // namespace lumetra

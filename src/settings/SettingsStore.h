@@ -29,6 +29,11 @@ namespace lumetra {
 // observable property, and written back the moment it is assigned. Assigning an equal value
 // notifies nobody but is still written.
 //
+// `metricOrder` is written with `knownMetrics`, the metrics this version has. A stored order
+// whose file did not know some of them (a file without the key knew the first five) gets
+// those appended, disabled, and is written back before it is read: the one write loading
+// makes.
+//
 // Over a read-only domain (the terminal mode) the store follows the file instead: when the
 // application changes it, every property is read again and only real changes notify.
 class SettingsStore : public QObject {
@@ -79,7 +84,8 @@ class SettingsStore : public QObject {
                    displayedMetricsChanged)
 
 public:
-    // Loads every setting from `defaults`, which must outlive the store. Loading writes nothing.
+    // Loads every setting from `defaults`, which must outlive the store. Loading writes nothing
+    // unless it offers new metrics (see above).
     explicit SettingsStore(UserDefaults& defaults, QObject* parent = nullptr);
     ~SettingsStore() override;
 
@@ -179,6 +185,8 @@ private:
     template <typename Setting>
     void reload(const Setting& setting);
     void reloadAll();
+    void offerNewMetrics();
+    void writeKnownMetrics();
     void noteDisplayedMetrics();
 
     UserDefaults& defaults_;

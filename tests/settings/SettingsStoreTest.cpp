@@ -1,6 +1,8 @@
 #include "settings/SettingsStore.h"
 
 #include "SettingsTestSupport.h"
+#include "model/Logging.h"
+#include "support/LogCapture.h"
 
 #include <QFileInfo>
 #include <QMetaProperty>
@@ -12,6 +14,7 @@
 
 using namespace lumetra;
 using lumetra::testing::LoadedStore;
+using lumetra::testing::LogCapture;
 using lumetra::testing::parsed;
 
 namespace {
@@ -58,6 +61,7 @@ TEST(SettingsStoreTest, EveryKeyReadsItsValueOrFallsBack) {
         const char* key;
         QByteArray stored;
         QByteArray expected;
+        bool writtenBack = false; // a stored order offered the metrics its file did not know
     };
     for (const Case& c : std::initializer_list<Case>{
              {"launchAtLogin", R"("true")", "false"},
@@ -74,8 +78,10 @@ TEST(SettingsStoreTest, EveryKeyReadsItsValueOrFallsBack) {
              {"enabledMetrics", R"(["gpu", "memory", "Upload", "memory"])", R"(["memory"])"},
              {"enabledMetrics", "[]", "[]"},
              {"metricOrder", R"({"cpu": true})", kDefaultOrder},
+             // This file has no "knownMetrics", so the five-metric version wrote it: the
+             // metrics that came later are appended (the upgrade test has the other cases).
              {"metricOrder", R"(["upload", "network", "cpu", "upload"])",
-              R"(["upload", "cpu", "upload"])"},
+              R"(["upload", "cpu", "upload", "swap", "diskRead", "diskWrite"])", true},
              // Raw values match exactly, case and spaces included.
              {"separator", R"("Dot")", R"("space")"},
              {"memoryFormat", R"(["usedOnly"])", R"("percentageOnly")"},
@@ -98,7 +104,8 @@ TEST(SettingsStoreTest, EveryKeyReadsItsValueOrFallsBack) {
         const LoadedStore loaded(fileWith(c.key, c.stored));
         EXPECT_EQ(read(loaded.store, c.key),
                   read(LoadedStore(fileWith(c.key, c.expected)).store, c.key));
-        EXPECT_EQ(loaded.bytes(), fileWith(c.key, c.stored)) << "loading writes nothing";
+        EXPECT_EQ(loaded.bytes() == fileWith(c.key, c.stored), !c.writtenBack)
+            << "loading writes nothing but an upgraded order";
     }
 }
 
@@ -115,7 +122,10 @@ TEST(SettingsStoreTest, EveryKeyIsWrittenAtOnceWithItsType) {
         const QVariantMap file =
             i < values.size() ? QVariantMap{{key, values[key]}} : QVariantMap();
         SCOPED_TRACE(key.toStdString() + ": " + SettingsFileFormat::serialize(file).toStdString());
-        const QVariant value = read(LoadedStore(SettingsFileFormat::serialize(file)).store, key);
+        // Read beside every-key.json's known metrics, so an order reads as written.
+        QVariantMap source = file;
+        source.insert("knownMetrics", parsed(kEveryKey).value("knownMetrics"));
+        const QVariant value = read(LoadedStore(SettingsFileFormat::serialize(source)).store, key);
         LoadedStore loaded(kEveryKey);
         QSignalSpy notified(&loaded.store, property(key).notifySignal());
         QSignalSpy written(&loaded.defaults, &UserDefaults::stored);
@@ -129,6 +139,97 @@ TEST(SettingsStoreTest, EveryKeyIsWrittenAtOnceWithItsType) {
         expected.insert(file);
         EXPECT_TRUE(SettingsFileFormat::identical(loaded.domain(), expected));
         EXPECT_EQ(read(LoadedStore(loaded.bytes()).store, key), value);
+    }
+}
+
+// A stored order gains, at its end and switched off, every metric its file's "knownMetrics" lacks
+// (a file without the key knew the first five); the file is then written back with the new order
+// and this version's list, other keys kept. Garbage in the key reads as no key, with one log line.
+TEST(SettingsStoreTest, AStoredOrderIsOfferedTheMetricsItsFileDidNotKnow) {
+    struct Case {
+        const char* name;
+        QByteArray known; // the stored "knownMetrics"
+        QByteArray order; // the stored "metricOrder"
+        QStringList expected;
+        bool writtenBack;
+        int logLines = 0;
+    };
+    const QVariant every = parsed(fileWith("k", kDefaultOrder)).value("k");
+    const QStringList all = every.toStringList();
+    for (const Case& c : std::initializer_list<Case>{
+             {"written by the five-metric version",
+              kNone,
+              R"(["upload", "gpu", "cpu"])",
+              {"upload", "cpu", "swap", "diskRead", "diskWrite"},
+              true},
+             {"knowing every metric",
+              kDefaultOrder,
+              R"(["upload", "gpu", "cpu"])",
+              {"upload", "cpu"},
+              false},
+             {"from a later version",
+              R"(["gpu", "diskWrite", "diskRead", "swap", "upload",
+                "download", "temperature", "memory", "cpu"])",
+              R"(["cpu"])",
+              {"cpu"},
+              false},
+             {"knowing swap",
+              R"(["cpu", "memory", "temperature", "download", "upload", "swap"])",
+              R"(["memory"])",
+              {"memory", "diskRead", "diskWrite"},
+              true},
+             {"with swap placed by hand",
+              kNone,
+              R"(["swap", "cpu"])",
+              {"swap", "cpu", "diskRead", "diskWrite"},
+              true},
+             {"an emptied order", kNone, "[]", {"swap", "diskRead", "diskWrite"}, true},
+             {"without an order", kNone, kNone, all, false},
+             {"a bad order", kNone, "{}", all, false},
+             {"a string",
+              R"("cpu")",
+              R"(["cpu"])",
+              {"cpu", "swap", "diskRead", "diskWrite"},
+              true,
+              1},
+             {"a number in the list",
+              R"(["cpu", 1])",
+              R"(["cpu"])",
+              {"cpu", "swap", "diskRead", "diskWrite"},
+              true,
+              1},
+             {"an object", R"({"cpu": true})", kNone, all, false, 1}}) {
+        SCOPED_TRACE(c.name);
+        // An unknown key, the metric switches and the order, each where the test has one.
+        QByteArray file = R"({"futureSetting": [1, 2], "enabledMetrics": ["cpu"])";
+        if (!c.known.isNull())
+            file += R"(, "knownMetrics": )" + c.known;
+        if (!c.order.isNull())
+            file += R"(, "metricOrder": )" + c.order;
+        file += "}";
+
+        LogCapture log(logSettings());
+        const LoadedStore loaded(file);
+        QStringList order;
+        for (MenuBarMetric metric : loaded.store.metricOrder())
+            order << QString::fromLatin1(rawValue(metric).data(),
+                                         qsizetype(rawValue(metric).size()));
+        EXPECT_EQ(order, c.expected);
+        EXPECT_EQ(loaded.store.enabledMetrics(), MenuBarMetricSet{MenuBarMetric::cpu});
+        EXPECT_EQ(log.lines().size(), c.logLines) << log.lines().join('\n').toStdString();
+        if (!c.writtenBack) {
+            EXPECT_EQ(loaded.bytes(), file);
+            continue;
+        }
+        QVariantMap expected = parsed(file);
+        expected.insert("metricOrder", QVariant(c.expected).toList());
+        expected.insert("knownMetrics", every);
+        EXPECT_TRUE(SettingsFileFormat::identical(loaded.domain(), expected))
+            << loaded.bytes().constData();
+        // Written back, the file is read as it is now, and the next launch writes nothing.
+        const LoadedStore next(loaded.bytes());
+        EXPECT_EQ(next.store.metricOrder(), loaded.store.metricOrder());
+        EXPECT_EQ(next.bytes(), loaded.bytes());
     }
 }
 
@@ -193,6 +294,12 @@ TEST(SettingsStoreTest, ResetAssignsTheDefaultsAndKeepsTheCounters) {
     EXPECT_TRUE(store.hasCompletedOnboarding());
     EXPECT_EQ(store.launchCount(), 7);
     EXPECT_FALSE(LoadedStore(loaded.bytes()).store.hasCompletedOnboarding());
+
+    // A file that held no order gets the known metrics with the default order.
+    LoadedStore bare(R"({"separator": "dot"})");
+    bare.store.resetToDefaults();
+    EXPECT_EQ(bare.domain().value("knownMetrics"), bare.domain().value("metricOrder"));
+    EXPECT_EQ(bare.domain().value("knownMetrics").toList().size(), 8);
 }
 
 } // namespace

@@ -106,6 +106,30 @@ TEST_F(SettingsViewTest, AllMetricsOffLeavesTheOrderFullButDimmedAndThePreviewSa
     EXPECT_EQ(preview->text(), "lumetra");
 }
 
+// Settings saved by the five-metric version: its order lists the later metrics at its end,
+// switched off, each with a switch that turns it on.
+TEST(SettingsViewUpgradeTest, AnOrderFromTheFiveMetricVersionOffersTheLaterMetricsOff) {
+    WindowsHarness h(R"({"enabledMetrics": ["cpu", "upload"],
+        "metricOrder": ["upload", "download", "cpu", "memory", "temperature"]})");
+    const SettingsView view{h.state()};
+    const MetricOrderModel* model = view.findChild<MetricOrderModel*>();
+    ASSERT_NE(model, nullptr);
+    const QList<std::pair<M, bool>> rows{
+        {M::upload, true},       {M::download, false}, {M::cpu, true},       {M::memory, false},
+        {M::temperature, false}, {M::swap, false},     {M::diskRead, false}, {M::diskWrite, false}};
+    ASSERT_EQ(model->rowCount(), rows.size());
+    for (int row = 0; row < rows.size(); ++row) {
+        const QModelIndex index = model->index(row);
+        EXPECT_EQ(M(index.data(MetricOrderModel::MetricRole).toInt()), rows[row].first) << row;
+        EXPECT_EQ(index.data(MetricOrderModel::EnabledRole).toBool(), rows[row].second) << row;
+    }
+    auto* swap = child<QAbstractButton>(view, "metric.swap");
+    ASSERT_NE(swap, nullptr);
+    EXPECT_FALSE(swap->isChecked());
+    swap->click();
+    EXPECT_TRUE(h.stored("enabledMetrics").toStringList().contains("swap"));
+}
+
 // Moving rows in the Order list (what a drag does) moves the metric in `metricOrder` only.
 struct MoveCase {
     std::string name;

@@ -43,10 +43,7 @@ bool DiskIOMonitor::isWholeDisk(std::string_view name, bool sysfsReadable) const
 bool DiskIOMonitor::devicesMatch(std::string_view text) const {
     std::size_t index = 0;
     while (!text.empty()) {
-        std::string_view rest = textscan::nextLine(text);
-        textscan::nextField(rest);
-        textscan::nextField(rest);
-        const std::string_view name = textscan::nextField(rest);
+        const std::string_view name = diskStatsDeviceName(textscan::nextLine(text));
         if (name.empty())
             continue;
         if (index >= devices_.size() || devices_[index].name != name)
@@ -70,10 +67,7 @@ void DiskIOMonitor::learnDevices(std::string_view text) {
     std::vector<Device> devices;
     QStringList counted;
     while (!text.empty()) {
-        std::string_view rest = textscan::nextLine(text);
-        textscan::nextField(rest);
-        textscan::nextField(rest);
-        const std::string_view name = textscan::nextField(rest);
+        const std::string_view name = diskStatsDeviceName(textscan::nextLine(text));
         if (name.empty())
             continue;
         const bool whole = isWholeDisk(name, sysfsReadable);
@@ -124,10 +118,7 @@ std::optional<DiskIOCounterSample> DiskIOMonitor::currentCounters() {
     bool allLinesGood = true;
     while (!text.empty()) {
         const std::string_view line = textscan::nextLine(text);
-        std::string_view head = line;
-        textscan::nextField(head);
-        textscan::nextField(head);
-        if (textscan::nextField(head).empty())
+        if (diskStatsDeviceName(line).empty())
             continue; // a blank line, or one without a device name, as learnDevices skips
         // Only the counted disks' lines are parsed: loop, RAM, zram and partition lines are
         // most of the file on a typical machine.

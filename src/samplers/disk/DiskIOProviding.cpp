@@ -1,14 +1,8 @@
 #include "samplers/disk/DiskIOProviding.h"
 
+#include "model/CounterDelta.h"
+
 namespace lumetra {
-
-namespace {
-
-double forwardDifference(std::uint64_t previous, std::uint64_t current) {
-    return current >= previous ? static_cast<double>(current - previous) : 0.0;
-}
-
-} // namespace
 
 std::optional<DiskIORates> DiskIOProviding::rates(const DiskIOCounterSample& from,
                                                   const DiskIOCounterSample& to) {

@@ -55,6 +55,12 @@ DiskStatsLineParse parseDiskStatsLine(std::string_view line) {
     return parse;
 }
 
+std::string_view diskStatsDeviceName(std::string_view line) {
+    nextField(line);
+    nextField(line);
+    return nextField(line);
+}
+
 bool isVirtualBlockDeviceName(std::string_view name) {
     for (std::string_view prefix : {"loop", "ram", "zram", "dm-", "md", "nbd"}) {
         if (startsWith(name, prefix))

@@ -28,6 +28,9 @@ struct DiskStatsLineParse {
 // older gave partitions only 4 counters: such a line, like any short one, is refused.
 DiskStatsLineParse parseDiskStatsLine(std::string_view line);
 
+// The device name of a line (its third field); empty for a blank or short line.
+std::string_view diskStatsDeviceName(std::string_view line);
+
 // True for names that are never a physical disk: loop, RAM disks, zram, device mapper and
 // software RAID (their I/O is already counted on the disks below them), network block devices.
 bool isVirtualBlockDeviceName(std::string_view name);

@@ -31,7 +31,9 @@ constexpr double kSpacing = 4;
 constexpr double kPickerSegment = 52;
 constexpr double kPickerHeight = 18;
 constexpr double kMenuButtonWidth = 18;
-constexpr double kValueWidth = 50;
+// The widest figure a row shows ("999.9 MB"; a percentage is narrower), measured in the
+// theme's font so no figure is cut.
+const QString kWidestValue = QStringLiteral("999.9 MB");
 
 // A painted button: a segment of the order switch (checkable) or a row's "⋯". Painted by hand
 // so it looks the same under every widget style; reachable with Tab, pressed with Space.
@@ -274,7 +276,9 @@ void TopApplicationsSection::paintEvent(QPaintEvent*) {
                 theme.secondary());
     // The title, then what the figures are, so a memory figure is not taken for another kind.
     const TopApplications& top = shown();
-    const bool byCpu = settings_.topApplicationsOrder() == TopApplicationOrder::cpu;
+    // Until the first interval has passed the rows are by memory (see rows()): say so.
+    const bool byCpu = settings_.topApplicationsOrder() == TopApplicationOrder::cpu && top.cpuValid;
+    const double valueWidth = paint::textWidth(theme, kWidestValue, kFontSize, QFont::DemiBold) + 1;
     const QString title = tr("Top");
     const double titleWidth = paint::textWidth(theme, title, kTitleSize, QFont::DemiBold);
     paint::text(painter, theme, QRectF(16, 0, titleWidth + 1, kHeaderHeight), title, kTitleSize,
@@ -303,14 +307,14 @@ void TopApplicationsSection::paintEvent(QPaintEvent*) {
             painter.drawPixmap(iconRect.toRect(), icon);
         else
             paint::icon(painter, iconRect, QStringLiteral("cpu"), kIconSize - 2, theme.secondary());
-        const QString value = byCpu && top.cpuValid ? coreShareText(application.cpuPercent)
-                                                    : formatBytes(application.residentBytes);
+        const QString value =
+            byCpu ? coreShareText(application.cpuPercent) : formatBytes(application.residentBytes);
         const double valueRight = rect.right() - kMenuButtonWidth - 4;
         paint::text(painter, theme,
-                    QRectF(valueRight - kValueWidth, rect.top(), kValueWidth, rect.height()), value,
+                    QRectF(valueRight - valueWidth, rect.top(), valueWidth, rect.height()), value,
                     kFontSize, QFont::DemiBold, theme.primary(), Qt::AlignRight);
         const double nameLeft = iconRect.right() + 6;
-        const double nameWidth = valueRight - kValueWidth - 6 - nameLeft;
+        const double nameWidth = valueRight - valueWidth - 6 - nameLeft;
         // The count stays whole; a long name gives way to it.
         const QString count =
             application.isApplication()

@@ -102,12 +102,6 @@ struct Background {
 TEST(GlassContrast, TextStaysLegibleOverAnyDesktopWithoutBlur) {
     const Background backgrounds[] = {
         {"white", plain(Qt::white)}, {"black", plain(Qt::black)}, {"busy", busyBackground()}};
-    double worstPrimary = 21;
-    double worstSecondary = 21;
-    std::string worstCase;
-    std::string worstSecondaryCase;
-    QImage worstSurface;
-    bool worstDark = false;
     for (const AppearanceMode mode :
          {AppearanceMode::solid, AppearanceMode::subtle, AppearanceMode::translucent,
           AppearanceMode::glass, AppearanceMode::custom})
@@ -122,43 +116,9 @@ TEST(GlassContrast, TextStaysLegibleOverAnyDesktopWithoutBlur) {
                                          (dark ? " dark over " : " light over ") + background.name;
                 EXPECT_GE(primary, 7.0) << what;
                 EXPECT_GE(secondary, 4.5) << what;
-                if (primary < worstPrimary) {
-                    worstPrimary = primary;
-                    worstCase = what;
-                    worstSurface = surface;
-                    worstDark = dark;
-                }
-                if (secondary < worstSecondary) {
-                    worstSecondary = secondary;
-                    worstSecondaryCase = what;
-                }
             }
-    // For the record. The secondary text's own density matters as much as the glass: at the
-    // usual 60 % it stays near 3.3:1 even on an opaque light window, hence 84 %.
-    ::testing::Test::RecordProperty("worstPrimary", std::to_string(worstPrimary));
-    ::testing::Test::RecordProperty("worstPrimaryCase", worstCase);
-    ::testing::Test::RecordProperty("worstSecondary", std::to_string(worstSecondary));
-    ::testing::Test::RecordProperty("worstSecondaryCase", worstSecondaryCase);
-    std::printf("worst primary contrast %.2f (%s), worst secondary %.2f (%s)\n", worstPrimary,
-                worstCase.c_str(), worstSecondary, worstSecondaryCase.c_str());
-    // To look at: the worst case with a figure and a detail line on it.
-    if (const QString folder = qEnvironmentVariable("LUMETRA_CONTRAST_SHOTS"); !folder.isEmpty()) {
-        const DashboardTheme theme = DashboardTheme::fixed(worstDark, QFont().family());
-        QPainter painter(&worstSurface);
-        QFont big;
-        big.setPixelSize(28);
-        big.setBold(true);
-        painter.setFont(big);
-        painter.setPen(theme.primary());
-        painter.drawText(QPoint(16, 56), QStringLiteral("CPU 42%"));
-        QFont small;
-        small.setPixelSize(12);
-        painter.setFont(small);
-        painter.setPen(theme.secondary());
-        painter.drawText(QPoint(16, 84), QStringLiteral("879.7 MB / 23.5 GB"));
-        painter.end();
-        worstSurface.save(folder + QStringLiteral("/worst-contrast.png"));
-    }
+    // The secondary text's own density matters as much as the glass: at the usual 60 % it
+    // stays near 3.3:1 even on an opaque light window, hence 84 %.
 }
 
 TEST(GlassContrast, BlurredGlassKeepsItsOwnTranslucency) {

@@ -183,9 +183,4 @@ INSTANTIATE_TEST_SUITE_P(
                    {360, 24, 280, 488}}),
     lumetra::testing::byName);
 
-TEST(PopoverFrameTest, IsThePlainArithmeticWithoutClamping) {
-    EXPECT_EQ(popoverFrame({1000, 0, 22, 22}, {280, 400}), QRectF(871, 22, 280, 400));
-    EXPECT_EQ(popoverFrame({1900, 0, 22, 22}, {280, 400}), QRectF(1771, 22, 280, 400));
-}
-
 } // namespace

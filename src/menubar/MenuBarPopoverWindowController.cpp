@@ -1,6 +1,7 @@
 #include "menubar/MenuBarPopoverWindowController.h"
 
 #include "menubar/MenuBarPopoverContent.h"
+#include "menubar/OutsideClickCatcher.h"
 #include "menubar/PopoverPlacement.h"
 #include "menubar/WindowTranslucency.h"
 #include "menubar/X11WindowAt.h"
@@ -17,6 +18,7 @@
 #include <QStyle>
 #include <QVBoxLayout>
 #include <QWidget>
+#include <QWindow>
 
 namespace lumetra {
 
@@ -26,23 +28,23 @@ namespace {
 // then as the item's own activation, this soon after and about this close to its anchor.
 constexpr qint64 kSameClickMs = 500;
 constexpr int kSameClickSlack = 24;
+// The most of the screen's height a titled window's content takes.
+constexpr double kTitledShare = 0.85;
 
 } // namespace
 
 class MenuBarPopoverWindowController::Window : public QWidget {
 public:
-    // `placeable`: a frameless popup the app places by the panel. Otherwise (a Wayland
-    // client, which cannot place its windows) a small titled window the compositor places,
-    // kept out of task lists where the platform allows, closed when it loses the focus.
-    Window(MenuBarPopoverWindowController& controller, bool translucent, bool placeable)
-        : QWidget(nullptr, placeable ? Qt::Popup | Qt::FramelessWindowHint
-                                     : Qt::Tool | Qt::WindowTitleHint | Qt::WindowCloseButtonHint),
-          controller_(controller), translucent_(translucent && placeable), popup_(placeable) {
+    Window(MenuBarPopoverWindowController& controller, bool translucent, WindowKind kind)
+        : QWidget(nullptr, flagsFor(kind)), controller_(controller),
+          translucent_(translucent && kind != WindowKind::TitledWindow), kind_(kind) {
         setAttribute(Qt::WA_TranslucentBackground, translucent_);
         setAttribute(Qt::WA_DeleteOnClose, false);
         setObjectName(QStringLiteral("LumetraPopover"));
         setWindowTitle(QStringLiteral("lumetra"));
     }
+
+    WindowKind kind() const { return kind_; }
 
 protected:
     void keyPressEvent(QKeyEvent* event) override {
@@ -68,20 +70,14 @@ protected:
     }
     void resizeEvent(QResizeEvent* event) override {
         QWidget::resizeEvent(event);
-        // Opaque windows get their rounded corners from a shape instead.
-        if (!translucent_) {
+        // Opaque popovers get their rounded corners from a shape instead; a titled window
+        // keeps its corners square under the title bar.
+        if (!translucent_ && kind_ != WindowKind::TitledWindow) {
             QPainterPath shape;
             shape.addRoundedRect(QRectF(rect()), MenuBarPopoverContent::kCornerRadius,
                                  MenuBarPopoverContent::kCornerRadius);
             setMask(QRegion(shape.toFillPolygon().toPolygon()));
         }
-    }
-    void changeEvent(QEvent* event) override {
-        QWidget::changeEvent(event);
-        // A popup closes on a click outside by itself; the titled window on losing focus.
-        if (!popup_ && event->type() == QEvent::ActivationChange && isVisible() &&
-            !isActiveWindow())
-            hide();
     }
     bool event(QEvent* event) override {
         // The content changed its height (another card style): follow it in place.
@@ -92,16 +88,35 @@ protected:
     }
 
 private:
+    static Qt::WindowFlags flagsFor(WindowKind kind) {
+        switch (kind) {
+        case WindowKind::Popup:
+            return Qt::Popup | Qt::FramelessWindowHint;
+        case WindowKind::FocusedPanel:
+            return Qt::Tool | Qt::FramelessWindowHint;
+        case WindowKind::TitledWindow:
+            break;
+        }
+        return Qt::Tool | Qt::WindowTitleHint | Qt::WindowCloseButtonHint;
+    }
+
     MenuBarPopoverWindowController& controller_;
     bool translucent_;
-    bool popup_;
+    WindowKind kind_;
 };
 
 MenuBarPopoverWindowController::MenuBarPopoverWindowController(AppState& appState, QObject* parent)
-    : QObject(parent), appState_(appState) {}
+    : QObject(parent), appState_(appState) {
+    // A popup closes on a click outside by itself; the other kinds when the focus they had
+    // moves elsewhere. (Not on ActivationChange: a parentless tool window still counts as
+    // active beside another window of ours in most styles, and gets none.)
+    connect(qGuiApp, &QGuiApplication::focusWindowChanged, this,
+            &MenuBarPopoverWindowController::noteFocusMoved);
+}
 
 MenuBarPopoverWindowController::~MenuBarPopoverWindowController() {
     delete window_.data();
+    delete catcher_.data();
 }
 
 QWidget* MenuBarPopoverWindowController::window() const {
@@ -112,14 +127,19 @@ bool MenuBarPopoverWindowController::isVisible() const {
     return window_ && window_->isVisible();
 }
 
-bool MenuBarPopoverWindowController::platformPlacesWindows(const QString& platformName) {
-    return !platformName.startsWith(QLatin1String("wayland"));
+MenuBarPopoverWindowController::WindowKind
+MenuBarPopoverWindowController::windowKindFor(const QString& platformName, bool waylandSession) {
+    if (platformName.startsWith(QLatin1String("wayland")))
+        return WindowKind::TitledWindow;
+    return waylandSession && platformName == QLatin1String("xcb") ? WindowKind::FocusedPanel
+                                                                  : WindowKind::Popup;
 }
 
 void MenuBarPopoverWindowController::createWindow() {
-    const bool placeable = platformPlacesWindows(QGuiApplication::platformName());
-    const bool translucent = placeable && windowTranslucencyAvailable();
-    window_ = new Window(*this, translucent, placeable);
+    const WindowKind kind = windowKindFor(QGuiApplication::platformName(),
+                                          !qEnvironmentVariableIsEmpty("WAYLAND_DISPLAY"));
+    const bool translucent = kind != WindowKind::TitledWindow && windowTranslucencyAvailable();
+    window_ = new Window(*this, translucent, kind);
     auto* layout = new QVBoxLayout(window_);
     layout->setContentsMargins(0, 0, 0, 0);
     // On a small screen at a large scale the dashboard is taller than the screen: the window
@@ -156,8 +176,35 @@ void MenuBarPopoverWindowController::show(const QRect& anchor) {
         createWindow();
     anchor_ = anchor.isEmpty() ? QRect(QCursor::pos(), QSize(1, 1)) : anchor;
     place();
+    if (window_->kind() == WindowKind::FocusedPanel)
+        coverOutside();
     window_->show();
     window_->raise();
+    // A focused window can tell a click on another window by losing the focus, and take
+    // Escape.
+    if (window_->kind() != WindowKind::Popup)
+        window_->activateWindow();
+}
+
+void MenuBarPopoverWindowController::coverOutside() {
+    if (!catcher_) {
+        catcher_ = new OutsideClickCatcher;
+        connect(catcher_, &OutsideClickCatcher::clicked, this, [this](const QPoint& position) {
+            notePressOutside(position);
+            hide();
+        });
+    }
+    QScreen* screen = QGuiApplication::screenAt(anchor_.center());
+    if (!screen)
+        screen = QGuiApplication::primaryScreen();
+    if (!screen)
+        return;
+    QRect area = screen->availableGeometry();
+    // An undecorated window the size of the screen is taken for a full-screen one, which
+    // would hide the panels.
+    if (area == screen->geometry())
+        area.setTop(area.top() + 1);
+    catcher_->cover(area);
 }
 
 void MenuBarPopoverWindowController::hide() {
@@ -186,7 +233,24 @@ void MenuBarPopoverWindowController::notePressOutside(const QPoint& globalPositi
     sincePressOutside_.start();
 }
 
+void MenuBarPopoverWindowController::noteFocusMoved(QWindow* focused) {
+    if (!window_ || window_->kind() == WindowKind::Popup)
+        return;
+    // Followed while hidden too: the platform may keep the focus on the hidden window, and
+    // then reports no change when it shows again.
+    const bool had = popoverHadFocus_;
+    popoverHadFocus_ = focused && focused == window_->windowHandle();
+    if (had && !popoverHadFocus_ && window_->isVisible()) {
+        // The click that took the focus may have been on the item itself; where the pointer
+        // was last seen tells.
+        notePressOutside(QCursor::pos());
+        hide();
+    }
+}
+
 void MenuBarPopoverWindowController::noteHidden() {
+    if (catcher_)
+        catcher_->hide();
     emit visibleChanged();
 }
 
@@ -229,11 +293,18 @@ void MenuBarPopoverWindowController::place() {
                                                         QRectF(anchor_), available.toRect())
                                    : placeBesidePanel(click, wanted, panel, geometry, available);
     placed.setHeight(std::min(placed.height(), int(available.height())));
-    // Scrolling: the scroll bar takes its width from the content, so the window stays as
-    // wide as ever.
-    const int bar = scroll_->style()->pixelMetric(QStyle::PM_ScrollBarExtent);
-    content_->setFixedWidth(placed.height() < height ? MenuBarPopoverContent::kWidth - bar
-                                                     : MenuBarPopoverContent::kWidth);
+    // A Wayland client learns neither the panels' room nor where its window goes, and the
+    // title bar comes on top: keep the titled window well inside the screen.
+    if (window_->kind() == WindowKind::TitledWindow)
+        placed.setHeight(std::min(placed.height(), int(available.height() * kTitledShare)));
+    // Scrolling: the dashboard is laid out at its one width, so the scroll bar widens the
+    // window, which stays on the screen.
+    if (placed.height() < height) {
+        placed.setWidth(placed.width() + scroll_->verticalScrollBar()->sizeHint().width());
+        const int overhang = placed.x() + placed.width() - int(available.right());
+        if (overhang > 0)
+            placed.translate(-overhang, 0);
+    }
     window_->setFixedSize(placed.size());
     window_->move(placed.topLeft());
 }

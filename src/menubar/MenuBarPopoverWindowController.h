@@ -8,15 +8,17 @@
 #include <QRect>
 
 class QScrollArea;
+class QWindow;
 class QWidget;
 
 namespace lumetra {
 
 class AppState;
 class MenuBarPopoverContent;
+class OutsideClickCatcher;
 
-// Owns the popover: a frameless popup window created on first show and reused, placed
-// around the panel item's anchor, hidden by any click outside it and by Escape.
+// Owns the popover: a window created on first show and reused, placed around the panel
+// item's anchor where the platform allows, hidden by a click outside it and by Escape.
 class MenuBarPopoverWindowController : public QObject {
     Q_OBJECT
     Q_PROPERTY(bool visible READ isVisible NOTIFY visibleChanged)
@@ -40,9 +42,22 @@ public:
     QWidget* window() const;
     MenuBarPopoverContent* content() const { return content_; }
 
-    // Whether windows of this Qt platform can be placed by the app: not on Wayland, where
-    // the popover is a small titled window instead.
-    static bool platformPlacesWindows(const QString& platformName);
+    // What the popover's window is on a platform.
+    enum class WindowKind {
+        // A frameless popup the app places by the panel, closed by any click outside it
+        // (the pointer is grabbed).
+        Popup,
+        // An X11 client of a Wayland compositor (Xwayland): placed by the app, but a grab
+        // sees no click on a Wayland surface, so it is a frameless window that takes the
+        // focus and closes when it loses it.
+        FocusedPanel,
+        // A Wayland client cannot place its windows: a small titled window the compositor
+        // places, closed when it loses the focus.
+        TitledWindow,
+    };
+    // `platformName` is Qt's platform; `waylandSession` whether a Wayland compositor runs
+    // the session (WAYLAND_DISPLAY set).
+    static WindowKind windowKindFor(const QString& platformName, bool waylandSession);
     // The screens as the placement sees them.
     static QList<ScreenSpace> screenSpaces();
 
@@ -55,17 +70,21 @@ signals:
 private:
     class Window;
     void createWindow();
+    void coverOutside();
     void place();
     void noteHidden();
+    void noteFocusMoved(QWindow* focused);
     void notePressOutside(const QPoint& globalPosition);
 
     AppState& appState_;
     QPointer<Window> window_;
     MenuBarPopoverContent* content_ = nullptr;
     QScrollArea* scroll_ = nullptr;
+    QPointer<OutsideClickCatcher> catcher_;
     QRect anchor_;
     QPoint pressOutside_;
     QElapsedTimer sincePressOutside_;
+    bool popoverHadFocus_ = false;
 };
 
 } // namespace lumetra

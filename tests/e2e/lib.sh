@@ -103,13 +103,13 @@ geometry() { # window id -> "x y w h"
         /Width:/{w=$NF} /Height:/{h=$NF} END{print x, y, w, h}'
 }
 
-# A mapped window of process $1 that is 280 wide (the popover; 280 times QT_SCALE_FACTOR in
-# the X server's pixels), printed as its id.
+# A mapped window of process $1 that is 280 wide, or a scroll bar wider (the popover; times
+# QT_SCALE_FACTOR in the X server's pixels), printed as its id.
 popover_of() {
-    popover_width=$(awk -v s="${QT_SCALE_FACTOR:-1}" 'BEGIN{printf "%d", 280 * s + 0.5}')
+    popover_widths=$(awk -v s="${QT_SCALE_FACTOR:-1}" 'BEGIN{printf "%d %d", 280 * s + 0.5, 300 * s + 0.5}')
     for id in $(xdotool search --pid "$1" 2>/dev/null); do
-        set -- $(geometry "$id") "$1"
-        [ "${3:-0}" -eq "$popover_width" ] && mapped "$id" && echo "$id" && return 0
+        set -- $(geometry "$id") $popover_widths
+        [ "${3:-0}" -ge "$5" ] && [ "${3:-0}" -le "$6" ] && mapped "$id" && echo "$id" && return 0
     done
     return 1
 }

@@ -22,7 +22,7 @@ until gdbus call --session --dest org.freedesktop.DBus --object-path /org/freede
     sleep 0.1
 done
 
-if xwininfo -root -tree | grep -E '"lumetra".* 280x[0-9]+' >/dev/null; then
+if xwininfo -root -tree | grep -E '"lumetra".* (28[0-9]|29[0-9]|300)x[0-9]+' >/dev/null; then
     echo "FAIL: a popover is shown before anyone asked for it"; exit 1
 fi
 
@@ -36,7 +36,7 @@ echo "second start: exit $rc after ${elapsed_ms} ms"
 kill -0 "$first" || { echo "FAIL: the first lumetra is gone"; exit 1; }
 
 i=0
-until xwininfo -root -tree | grep -E '"lumetra".* 280x[0-9]+' >"$work/popover.txt"; do
+until xwininfo -root -tree | grep -E '"lumetra".* (28[0-9]|29[0-9]|300)x[0-9]+' >"$work/popover.txt"; do
     i=$((i + 1))
     if [ $i -gt 30 ]; then echo "FAIL: no 280-wide popover window"; xwininfo -root -tree; cat "$work/first.log"; exit 1; fi
     sleep 0.1

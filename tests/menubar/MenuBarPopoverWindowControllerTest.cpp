@@ -5,18 +5,24 @@
 namespace lumetra {
 namespace {
 
-// Where the app cannot place its popover by the panel, it becomes a titled window instead.
-TEST(PopoverWindowKind, OnlyWaylandClientsCannotPlaceTheirWindows) {
+// Where a grab cannot see every click, the popover takes the focus instead; where the app
+// cannot place it at all, it becomes a titled window.
+TEST(PopoverWindowKind, FollowsWhatThePlatformCanPlaceAndGrab) {
+    using Kind = MenuBarPopoverWindowController::WindowKind;
     struct Case {
         const char* platform;
-        bool places;
+        bool waylandSession;
+        Kind kind;
     };
-    for (const Case& c : {Case{"xcb", true}, Case{"offscreen", true}, Case{"wayland", false},
-                          Case{"wayland-egl", false}, Case{"wayland-brcm", false}})
-        EXPECT_EQ(
-            MenuBarPopoverWindowController::platformPlacesWindows(QString::fromLatin1(c.platform)),
-            c.places)
-            << c.platform;
+    for (const Case& c :
+         {Case{"xcb", false, Kind::Popup}, Case{"offscreen", false, Kind::Popup},
+          Case{"offscreen", true, Kind::Popup}, Case{"xcb", true, Kind::FocusedPanel},
+          Case{"wayland", true, Kind::TitledWindow}, Case{"wayland-egl", true, Kind::TitledWindow},
+          Case{"wayland-brcm", false, Kind::TitledWindow}})
+        EXPECT_EQ(MenuBarPopoverWindowController::windowKindFor(QString::fromLatin1(c.platform),
+                                                                c.waylandSession),
+                  c.kind)
+            << c.platform << " " << c.waylandSession;
 }
 
 } // namespace

@@ -11,6 +11,13 @@ set -u
 lumetra=$(cd "$(dirname "$1")" && pwd)/$(basename "$1")
 here=$(cd "$(dirname "$0")" && pwd)
 
+# Stops a process and everything it started: waybar leaves its custom module's command (a
+# shell and lumetra) running when it goes, dbus-run-session its bus when it is stopped.
+kill_tree() {
+    for child in $(pgrep -P "$1"); do kill_tree "$child"; done
+    kill "$1" 2>/dev/null
+}
+
 if [ "${LUMETRA_E2E_INNER:-}" != 1 ]; then
     for tool in sway waybar grim tesseract dbus-run-session gdbus setpriv; do
         command -v $tool >/dev/null || { echo "SKIP: $tool is not installed"; exit 77; }
@@ -19,7 +26,7 @@ if [ "${LUMETRA_E2E_INNER:-}" != 1 ]; then
     top=$(mktemp -d)
     cleanup_outer() {
         # The inner run cleans up after itself; this stops it when the test itself is stopped.
-        [ -n "${inner:-}" ] && kill "$inner" 2>/dev/null && wait "$inner" 2>/dev/null
+        [ -n "${inner:-}" ] && kill_tree "$inner" && wait "$inner" 2>/dev/null
         rm -rf "$top"
     }
     trap cleanup_outer EXIT
@@ -28,7 +35,7 @@ if [ "${LUMETRA_E2E_INNER:-}" != 1 ]; then
     script=$here/waybar-sway.sh
     as_user=
     if [ "$(id -u)" -eq 0 ]; then
-        user=lumetra-e2e
+        user='lumetra-e2e'
         if ! id -u $user >/dev/null 2>&1; then
             useradd --system --user-group --no-create-home --home-dir /nonexistent \
                 --shell /usr/sbin/nologin $user ||
@@ -60,13 +67,6 @@ fi
 shots=$2
 . "$here/lib.sh"
 e2e_home
-# Stops a process and everything it started: waybar leaves its custom module's command (a
-# shell and lumetra) running when it goes, sway its background's.
-kill_tree() {
-    local child
-    for child in $(pgrep -P "$1"); do kill_tree "$child"; done
-    kill "$1" 2>/dev/null
-}
 cleanup() {
     for pid in ${app:-} ${bar:-} ${sway:-}; do kill_tree "$pid"; done
     wait 2>/dev/null
@@ -74,7 +74,9 @@ cleanup() {
 }
 trap cleanup EXIT
 trap 'exit 1' INT TERM HUP
-unset DISPLAY WAYLAND_DISPLAY WAYLAND_SOCKET
+unset DISPLAY WAYLAND_DISPLAY WAYLAND_SOCKET LC_ALL LANGUAGE
+# English texts, as the patterns below expect.
+export LANG=C.UTF-8
 # XDG_CURRENT_DESKTOP as sway's session sets it: lumetra then draws the label as its icon.
 export XDG_RUNTIME_DIR="$work/runtime" XDG_CURRENT_DESKTOP=sway XDG_SESSION_TYPE=wayland \
     NO_AT_BRIDGE=1 QT_QPA_PLATFORM=wayland
@@ -151,8 +153,8 @@ tray_box() { # screenshot -> "w h x y" of the tray's blue
     /usr/bin/convert "$1" -fuzz 3% -fill black +opaque '#2980b9' -trim \
         -format '%w %h %[fx:page.x] %[fx:page.y]' info: 2>/dev/null
 }
-# bar_shows_label SHOT: until the label holds still across a screenshot in which the tray and the custom module
-# both read as it (the module's own sampler may be a tick apart).
+# Screenshots until one, taken while the item's label held still, shows the label both in the
+# tray and in the custom module (the module samples on its own, so it may be a tick apart).
 bar_shows_label() {
     deadline=$(($(now_ms) + 30000))
     tries=0
@@ -169,6 +171,7 @@ bar_shows_label() {
             tray_read=$(ocr "$work/waybar.png" "$tray")
             module_read=$(ocr "$work/waybar.png" "$(($3 - module_x))x30+$module_x+0")
             label=$(echo "$before" | squeeze)
+            echo "  screenshot $tries: label '$before', tray $tray reads '$tray_read', the module '$module_read'"
             [ "$(echo "$tray_read" | squeeze)" = "$label" ] &&
                 [ "$(echo "$module_read" | squeeze)" = "$label" ] && return 0
         fi

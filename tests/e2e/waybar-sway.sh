@@ -23,7 +23,8 @@ if [ "${LUMETRA_E2E_INNER:-}" != 1 ]; then
         command -v $tool >/dev/null || { echo "SKIP: $tool is not installed"; exit 77; }
     done
     [ -x /usr/bin/convert ] || { echo "SKIP: imagemagick is not installed"; exit 77; }
-    top=$(mktemp -d)
+    # Under /tmp when the user changes: root's own TMPDIR may be closed to others.
+    if [ "$(id -u)" -eq 0 ]; then top=$(mktemp -d -p /tmp); else top=$(mktemp -d); fi
     cleanup_outer() {
         # The inner run cleans up after itself; this stops it when the test itself is stopped.
         [ -n "${inner:-}" ] && kill_tree "$inner" && wait "$inner" 2>/dev/null

@@ -15,6 +15,8 @@ packages=(
     dpkg-dev desktop-file-utils appstream groff-base
     dbus-x11 xdotool imagemagick tesseract-ocr tesseract-ocr-eng libgl1-mesa-dri trayer xfce4-panel xfconf
     gnome-shell gnome-shell-extension-appindicator
+    # waybar's tray under headless sway, screenshots by grim.
+    sway waybar grim
 )
 
 missing=()

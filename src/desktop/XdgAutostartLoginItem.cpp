@@ -1,12 +1,12 @@
 #include "desktop/XdgAutostartLoginItem.h"
 
 #include "model/AppId.h"
+#include "model/XdgConfigHome.h"
 
 #include <QCoreApplication>
 #include <QDir>
 #include <QFile>
 #include <QSaveFile>
-#include <QStandardPaths>
 
 namespace lumetra {
 
@@ -37,8 +37,9 @@ XdgAutostartLoginItem::XdgAutostartLoginItem(QString autostartDirectory, QString
       executable_(std::move(executable)) {}
 
 QString XdgAutostartLoginItem::standardDirectory() {
-    return QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation) +
-           QStringLiteral("/autostart");
+    // The settings' rule: without HOME, never "//.config/autostart".
+    const QString configHome = currentXdgConfigHome();
+    return configHome.isEmpty() ? QString() : configHome + QStringLiteral("/autostart");
 }
 
 QString XdgAutostartLoginItem::filePath() const {
@@ -46,6 +47,8 @@ QString XdgAutostartLoginItem::filePath() const {
 }
 
 bool XdgAutostartLoginItem::isEnabled() const {
+    if (directory_.isEmpty())
+        return false;
     QFile file(filePath());
     if (!file.open(QIODevice::ReadOnly))
         return false;
@@ -86,6 +89,9 @@ QByteArray XdgAutostartLoginItem::entryText(const QString& executable) {
 }
 
 std::optional<QString> XdgAutostartLoginItem::registerItem() {
+    if (directory_.isEmpty())
+        return QStringLiteral("No folder for the autostart entry: XDG_CONFIG_HOME and HOME are "
+                              "not set and the password database names no home directory");
     if (!QDir().mkpath(directory_))
         return QStringLiteral("%1: cannot create the folder").arg(directory_);
     const QString executable =
@@ -100,6 +106,8 @@ std::optional<QString> XdgAutostartLoginItem::registerItem() {
 }
 
 std::optional<QString> XdgAutostartLoginItem::unregisterItem() {
+    if (directory_.isEmpty())
+        return std::nullopt;
     QFile file(filePath());
     if (!file.exists())
         return std::nullopt;

@@ -2,6 +2,7 @@
 
 #include "model/LogOnce.h"
 #include "model/Logging.h"
+#include "model/XdgConfigHome.h"
 #include "settings/AtomicFileWriter.h"
 #include "settings/SettingsFileFormat.h"
 
@@ -38,18 +39,6 @@ QString systemError(int error) {
 
 // The home directory the password database names for this user, when it exists: system
 // users without one are given "/nonexistent", which nobody should create.
-QString accountHome() {
-    long size = ::sysconf(_SC_GETPW_R_SIZE_MAX);
-    std::vector<char> buffer(size > 0 ? std::size_t(size) : 16384);
-    passwd entry{};
-    passwd* found = nullptr;
-    if (::getpwuid_r(::getuid(), &entry, buffer.data(), buffer.size(), &found) != 0 || !found ||
-        !found->pw_dir)
-        return {};
-    const QString home = QFile::decodeName(found->pw_dir);
-    return QFileInfo(home).isDir() ? home : QString();
-}
-
 } // namespace
 
 UserDefaults::UserDefaults(QString filePath, Access access, QObject* parent)
@@ -72,24 +61,8 @@ UserDefaults::UserDefaults(QString filePath, Access access, QObject* parent)
 
 UserDefaults::~UserDefaults() = default;
 
-QString UserDefaults::configHome(const QString& xdgConfigHome, const QString& home,
-                                 const QString& accountHome) {
-    // The base directory specification ignores relative paths; HOME is held to the same.
-    if (QDir::isAbsolutePath(xdgConfigHome))
-        return QDir::cleanPath(xdgConfigHome);
-    for (const QString& base : {home, accountHome}) {
-        if (QDir::isAbsolutePath(base))
-            return QDir::cleanPath(base + QLatin1StringView("/.config"));
-    }
-    return {};
-}
-
 QString UserDefaults::standardFilePath() {
-    // Not QDir::homePath(): without HOME it answers "/", and the settings would go to
-    // "//.config", a folder of the whole machine.
-    const QString home = qEnvironmentVariable("HOME");
-    const QString folder = configHome(qEnvironmentVariable("XDG_CONFIG_HOME"), home,
-                                      QDir::isAbsolutePath(home) ? QString() : accountHome());
+    const QString folder = currentXdgConfigHome();
     if (folder.isEmpty()) {
         static LogOnce noFolder;
         if (noFolder.failed())

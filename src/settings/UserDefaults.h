@@ -44,15 +44,9 @@ public:
     ~UserDefaults() override;
 
     // $XDG_CONFIG_HOME/lumetra/settings.json, found the way the XDG base directory
-    // specification says (see configHome). Empty when there is no such folder, which is
+    // specification says (see xdgConfigHome). Empty when there is no such folder, which is
     // logged once: the domain then lives in memory.
     static QString standardFilePath();
-
-    // The configuration folder: XDG_CONFIG_HOME, else $HOME/.config, else the home directory
-    // the password database names (`accountHome`) plus /.config; relative paths count as
-    // unset. Empty when none applies.
-    static QString configHome(const QString& xdgConfigHome, const QString& home,
-                              const QString& accountHome);
 
     QString filePath() const { return filePath_; }
     bool isReadOnly() const { return access_ == Access::readOnly; }

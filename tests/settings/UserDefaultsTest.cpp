@@ -25,28 +25,6 @@ using lumetra::testing::SettingsFolder;
 
 namespace {
 
-// The XDG base directory rules: XDG_CONFIG_HOME, else $HOME/.config, else the home the
-// password database names; relative paths count as unset.
-TEST(UserDefaultsTest, ConfigFolderFollowsTheXdgRules) {
-    struct Case {
-        const char* xdgConfigHome;
-        const char* home;
-        const char* accountHome;
-        const char* expected;
-    };
-    for (const Case& c : {Case{"/c", "/home/u", "/home/a", "/c"}, Case{"/c/", "", "", "/c"},
-                          Case{"", "/home/u", "/home/a", "/home/u/.config"},
-                          Case{"relative/config", "/home/u", "", "/home/u/.config"},
-                          Case{"", "", "/home/a", "/home/a/.config"},
-                          Case{"", "relative/home", "/home/a", "/home/a/.config"},
-                          Case{"", "/", "", "/.config"}, // not "//.config"
-                          Case{"", "", "", ""}, Case{"relative", "relative", "relative", ""}}) {
-        EXPECT_EQ(UserDefaults::configHome(c.xdgConfigHome, c.home, c.accountHome),
-                  QString(c.expected))
-            << c.xdgConfigHome << " | " << c.home << " | " << c.accountHome;
-    }
-}
-
 // The same rules read from the environment; without HOME the password database answers.
 TEST(UserDefaultsTest, StandardFileComesFromTheEnvironment) {
     const QByteArray savedConfig = qgetenv("XDG_CONFIG_HOME");

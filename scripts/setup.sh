@@ -15,6 +15,7 @@ packages=(
     dpkg-dev desktop-file-utils appstream groff-base
     dbus-x11 xdotool imagemagick tesseract-ocr tesseract-ocr-eng libgl1-mesa-dri trayer xfce4-panel xfconf
     gnome-shell gnome-shell-extension-appindicator
+    plasma-workspace plasma-desktop kwin-x11
 )
 
 missing=()

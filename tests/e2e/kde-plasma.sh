@@ -109,6 +109,7 @@ memory_percent() {
     awk '/^MemTotal:/{t=$2} /^MemAvailable:/{a=$2} END{printf "%.2f", (t - a) * 100 / t}' /proc/meminfo
 }
 tray_left=$((screen_w / 2))
+icon="no screenshot was taken"
 icon_shown() {
     item_property IconPixmap >"$work/before.txt"
     memory=$(memory_percent)

@@ -118,10 +118,10 @@ icon_shown() {
     item_property IconPixmap >"$work/after.txt"
     cmp -s "$work/before.txt" "$work/after.txt" || { icon="it changed while the screen was taken"; return 1; }
     /usr/bin/convert "$work/kde-tray.png" -crop $((screen_w - tray_left))x$((screen_h - panel_top))+$tray_left+$panel_top \
-        +repage "ppm:$work/tray.ppm" &&
+        +repage -depth 8 "ppm:$work/tray.ppm" &&
         icon=$(python3 "$here/tray-icon.py" "$work/after.txt" "$work/tray.ppm" $tray_left "$panel_top" "$memory")
 }
-wait_until 20 icon_shown || { keep_shot kde-tray.png; fail "the tray does not show the live icon: $icon"; }
+wait_until 30 icon_shown || { keep_shot kde-tray.png; fail "the tray does not show the live icon: $icon"; }
 keep_shot kde-tray.png
 echo "$icon" | sed -n 's/^# //p'
 set -- $icon

@@ -17,6 +17,7 @@ packages=(
     gnome-shell gnome-shell-extension-appindicator
     # waybar's tray under headless sway, screenshots by grim.
     sway waybar grim
+    plasma-workspace plasma-desktop kwin-x11
 )
 
 missing=()

@@ -82,6 +82,26 @@ QRectF panelAt(const QPointF& click, const QRectF& screen, const QRectF& availab
     if (window.contains(click) &&
         (window.width() < screen.width() || window.height() < screen.height()))
         return window;
+    // Nothing says where the panel is (no work area, and the panel is no X11 window we can
+    // see, or is stacked under the desktop). An item sits in the middle of its panel's
+    // thickness, so a click this close to an edge is on a panel twice as thick as the click's
+    // distance from that edge; top and bottom first, where most desktops keep their panels.
+    // Distances run to the far side of the clicked pixel, so the band errs thicker rather
+    // than leave the popover over the panel's edge.
+    const double column = std::floor(click.x());
+    const double row = std::floor(click.y());
+    const double toTop = row + 1 - screen.top();
+    const double toBottom = screen.bottom() - row;
+    const double toLeft = column + 1 - screen.left();
+    const double toRight = screen.right() - column;
+    if (std::min(toTop, toBottom) <= kPanelItemMaxInset)
+        return toBottom < toTop ? QRectF(screen.left(), screen.bottom() - 2 * toBottom,
+                                         screen.width(), 2 * toBottom)
+                                : QRectF(screen.left(), screen.top(), screen.width(), 2 * toTop);
+    if (std::min(toLeft, toRight) <= kPanelItemMaxInset)
+        return toRight < toLeft ? QRectF(screen.right() - 2 * toRight, screen.top(), 2 * toRight,
+                                         screen.height())
+                                : QRectF(screen.left(), screen.top(), 2 * toLeft, screen.height());
     return {};
 }
 

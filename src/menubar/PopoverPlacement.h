@@ -30,10 +30,15 @@ struct ScreenSpace {
 QPointF deviceToLogical(const QPoint& device, const QList<ScreenSpace>& screens);
 QPoint logicalToDevice(const QPointF& logical, const QList<ScreenSpace>& screens);
 
+// How far from the screen's edge the centre of a panel's item may be (half a thick panel).
+inline constexpr double kPanelItemMaxInset = 48;
+
 // The panel that holds an item clicked at `click`: the band between the screen's edge and
 // its available area on the side of the click; failing that (no window manager publishes
 // a work area), `windowUnderClick` when it is a window narrower than the screen in one
-// direction; else an empty rectangle (unknown).
+// direction; failing that, when the click is within kPanelItemMaxInset of an edge (the top
+// or bottom before the sides), a band along that edge twice as thick as the click's
+// distance from it (the item at the middle of its panel); else an empty rectangle (unknown).
 QRectF panelAt(const QPointF& click, const QRectF& screen, const QRectF& available,
                const QRectF& windowUnderClick);
 

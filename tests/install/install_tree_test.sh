@@ -181,7 +181,8 @@ for language in "${languages[@]}"; do
     qm=$share/lumetra/translations/lumetra_$language.qm
     magic=$(head -c 16 "$qm" | od -An -tx1 | tr -d ' \n')
     [ "$magic" = 3cb86418caef9c95cd211cbf60a1bddd ] || fail "$qm is not a Qt catalogue"
-    # Qt 6's own: a lconvert on PATH may be qtchooser's wrapper for Qt 5.
+    # Qt 6's own first: the lconvert on PATH may be qtchooser's (KDE's qdbus-qt5 brings it),
+    # which runs Qt 5's and fails when that is not installed.
     lconvert=/usr/lib/qt6/bin/lconvert
     [ -x "$lconvert" ] || lconvert=$(command -v lconvert)
     translated=$("$lconvert" -i "$qm" -of ts -o - 2>/dev/null | grep -c '<translation>[^<]')

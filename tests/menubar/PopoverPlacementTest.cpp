@@ -108,8 +108,25 @@ INSTANTIATE_TEST_SUITE_P(
         PanelCase{
             "NoWorkAreaPanelWindow", {12, 16}, kXga, kXga, {0, 0, 1024, 48}, {0, 0, 1024, 48}},
         // A desktop or a maximised window under the click is no panel.
-        PanelCase{"NoWorkAreaFullScreenWindow", {12, 16}, kXga, kXga, kXga, {}},
-        PanelCase{"NoWorkAreaNoWindow", {12, 16}, kXga, kXga, {}, {}}),
+        PanelCase{"NoWorkAreaFullScreenWindow", {512.5, 300.5}, kXga, kXga, kXga, {}},
+        PanelCase{"NoWorkAreaNoWindow", {512.5, 300.5}, kXga, kXga, {}, {}},
+        // Nothing known, but the click is near an edge: a band twice as thick as the distance
+        // to the far side of the clicked pixel. Plasma's 44-high bottom panel, its icon's
+        // centre at (1063, 778) on a 1280 × 800 screen:
+        PanelCase{"NoWorkAreaNoWindowBottomEdge",
+                  {1063.5, 778.5},
+                  {0, 0, 1280, 800},
+                  {0, 0, 1280, 800},
+                  {},
+                  {0, 756, 1280, 44}},
+        // The desktop stacked over a top panel: pixel row 11, so 12 from the edge.
+        PanelCase{
+            "NoWorkAreaDesktopOverTopPanel", {600.5, 11.5}, kXga, kXga, kXga, {0, 0, 1024, 24}},
+        PanelCase{
+            "NoWorkAreaNoWindowRightEdge", {1010.5, 400.5}, kXga, kXga, {}, {996, 0, 28, 768}},
+        PanelCase{"NoWorkAreaNoWindowLeftEdge", {15.5, 400.5}, kXga, kXga, {}, {0, 0, 32, 768}},
+        // In a corner the bottom wins over the nearer side.
+        PanelCase{"NoWorkAreaNoWindowCorner", {1019.5, 748.5}, kXga, kXga, {}, {0, 728, 1024, 40}}),
     lumetra::testing::byName);
 
 struct BesideCase {

@@ -14,8 +14,9 @@ packages=(
     xvfb xauth dbus x11-utils libglib2.0-bin fonts-dejavu-core iproute2 util-linux dosfstools e2fsprogs procps python3 python3-psutil
     dpkg-dev desktop-file-utils appstream groff-base
     dbus-x11 xdotool imagemagick tesseract-ocr tesseract-ocr-eng libgl1-mesa-dri trayer xfce4-panel xfconf
-    gnome-shell gnome-shell-extension-appindicator
-    # waybar's tray under headless sway, screenshots by grim.
+    # The panels the end-to-end tests run against: GNOME Shell (X11 and Wayland, with and
+    # without Xwayland), waybar under headless sway (screenshots by grim), KDE Plasma.
+    gnome-shell gnome-shell-extension-appindicator xwayland
     sway waybar grim
     plasma-workspace plasma-desktop kwin-x11
 )

@@ -16,6 +16,7 @@
 #include <QScrollArea>
 #include <QScrollBar>
 #include <QStyle>
+#include <QTimer>
 #include <QVBoxLayout>
 #include <QWidget>
 #include <QWindow>
@@ -28,6 +29,8 @@ namespace {
 // then as the item's own activation, this soon after and about this close to its anchor.
 constexpr qint64 kSameClickMs = 500;
 constexpr int kSameClickSlack = 24;
+// How long a lost focus must stay away before the popover closes.
+constexpr int kFocusSettleMs = 150;
 // The most of the screen's height a titled window's content takes.
 constexpr double kTitledShare = 0.85;
 
@@ -240,12 +243,20 @@ void MenuBarPopoverWindowController::noteFocusMoved(QWindow* focused) {
     // then reports no change when it shows again.
     const bool had = popoverHadFocus_;
     popoverHadFocus_ = focused && focused == window_->windowHandle();
-    if (had && !popoverHadFocus_ && window_->isVisible()) {
-        // The click that took the focus may have been on the item itself; where the pointer
-        // was last seen tells.
-        notePressOutside(QCursor::pos());
-        hide();
-    }
+    if (!had || popoverHadFocus_ || !window_->isVisible())
+        return;
+    // The click that took the focus may have been on the item itself; where the pointer was
+    // last seen tells.
+    const QPoint pointer = QCursor::pos();
+    // A loss reported late, for a hide just before the popover showed again, is followed by
+    // the focus coming back: close only when it stays away.
+    QTimer::singleShot(kFocusSettleMs, this, [this, pointer] {
+        if (window_ && window_->isVisible() &&
+            QGuiApplication::focusWindow() != window_->windowHandle()) {
+            notePressOutside(pointer);
+            hide();
+        }
+    });
 }
 
 void MenuBarPopoverWindowController::noteHidden() {

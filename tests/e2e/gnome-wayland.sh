@@ -147,7 +147,8 @@ open_popover() {
     # The shell hands the focus over a moment later.
     focused() { popover | awk '$7 == 1' | grep -q .; }
     wait_until 3 focused
-    set -- $(popover)
+    shown=$(popover) || fail "the popover opened by Activate($item_x, $item_y) closed again at once"
+    set -- $shown
     echo "$(($(now_ms) - t_start)) ms: Activate($item_x, $item_y) opened '$1' (client type $2) at $3,$4 ${5}x$6, focused: $7"
     pop_type=$2 pop_x=$3 pop_y=$4 pop_w=$5 pop_h=$6 pop_focus=$7
 }

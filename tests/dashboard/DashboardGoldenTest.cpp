@@ -1,17 +1,22 @@
 // The dashboard in each card style and theme, rendered from fixed samples and compared with
 // the reference images in tests/dashboard/golden/. After an intended change of the look,
 // regenerate them (and look at every one before committing it) with:
-//   LUMETRA_UPDATE_GOLDEN=1 build/tests/lumetra_tests --gtest_filter='DashboardGolden*'
+//   LUMETRA_UPDATE_GOLDEN=1 build/tests/lumetra_tests --gtest_filter='*Dashboard*Golden*'
 
 #include "core/SystemMonitor.h"
+#include "core/TopApplicationsMonitor.h"
 #include "dashboard/DashboardIcons.h"
 #include "dashboard/DashboardPicture.h"
 #include "dashboard/DashboardView.h"
+#include "dashboard/TopApplicationsSection.h"
+#include "samplers/process/ProcessTable.h"
 #include "settings/SettingsTestSupport.h"
 #include "support/Cases.h"
+#include "support/FixtureTree.h"
 
 #include <QDir>
 #include <QFileInfo>
+#include <QThread>
 
 #include <gtest/gtest.h>
 
@@ -105,24 +110,10 @@ int channelDistance(QRgb a, QRgb b) {
                      std::abs(qBlue(a) - qBlue(b)), std::abs(qAlpha(a) - qAlpha(b))});
 }
 
-class DashboardGolden : public ::testing::TestWithParam<GoldenCase> {};
-
-TEST_P(DashboardGolden, MatchesReferenceImage) {
-    const GoldenCase golden = GetParam();
-    const auto [style, dark] = golden;
-    DashboardIcons::setThemeIconsEnabled(false);
-    testing::LoadedStore settings;
-    settings.store.setMetricCardStyle(style);
-    SystemMonitor monitor({}, 1, 1);
-    DashboardView view(monitor, settings.store);
-    view.setFixedLook(QStringLiteral("DejaVu Sans"));
-    view.setDark(dark);
-    view.setFixedState(dark ? idleMachine() : busyMachine());
-
-    const QImage actual = DashboardPicture::render(view, AppearanceConfiguration(), 1.0)
-                              .convertToFormat(QImage::Format_ARGB32);
+// Compares a picture with its reference image, or writes it under LUMETRA_UPDATE_GOLDEN.
+void expectMatchesGolden(const QImage& picture, const QString& path) {
+    const QImage actual = picture.convertToFormat(QImage::Format_ARGB32);
     ASSERT_EQ(actual.width(), DashboardView::kWidth);
-    const QString path = goldenPath(golden);
     if (qEnvironmentVariableIsSet("LUMETRA_UPDATE_GOLDEN")) {
         QDir().mkpath(QFileInfo(path).path());
         ASSERT_TRUE(actual.save(path));
@@ -148,9 +139,87 @@ TEST_P(DashboardGolden, MatchesReferenceImage) {
         << different << " pixels differ; this run's image: " << actualPath.toStdString();
 }
 
+class DashboardGolden : public ::testing::TestWithParam<GoldenCase> {};
+
+TEST_P(DashboardGolden, MatchesReferenceImage) {
+    const GoldenCase golden = GetParam();
+    const auto [style, dark] = golden;
+    DashboardIcons::setThemeIconsEnabled(false);
+    testing::LoadedStore settings;
+    settings.store.setMetricCardStyle(style);
+    SystemMonitor monitor({}, 1, 1);
+    DashboardView view(monitor, settings.store);
+    view.setFixedLook(QStringLiteral("DejaVu Sans"));
+    view.setDark(dark);
+    view.setFixedState(dark ? idleMachine() : busyMachine());
+
+    expectMatchesGolden(DashboardPicture::render(view, AppearanceConfiguration(), 1.0),
+                        goldenPath(golden));
+}
+
 INSTANTIATE_TEST_SUITE_P(StylesAndThemes, DashboardGolden,
                          ::testing::Combine(::testing::ValuesIn(allCases<MetricCardStyle>()),
                                             ::testing::Bool()),
+                         [](const auto& info) { return caseName(info.param); });
+
+// The dashboard with its Top section as an open popover shows it (the README's pictures are
+// copies of these): applications with several processes, a long name cut, every figure
+// right-aligned in its column.
+TopApplications topOfADesktop() {
+    auto group = [](const char* name, const char* appId, int processes, double cpu,
+                    std::uint64_t resident) {
+        TopApplication app;
+        app.name = QLatin1String(name);
+        app.appId = QLatin1String(appId);
+        for (int i = 0; i < processes; ++i)
+            app.processes.append({1000 + i, 1});
+        app.cpuPercent = cpu;
+        app.residentBytes = resident;
+        app.ownedByUser = true;
+        return app;
+    };
+    TopApplications top;
+    top.cpuValid = true;
+    top.groups = {group("Firefox", "firefox", 3, 38.2, 1'900'000'000),
+                  group("gnome-shell", "", 1, 12.4, 310'000'000),
+                  group("Text Editor", "org.gnome.TextEditor", 1, 6.1, 120'000'000),
+                  group("Terminal", "org.gnome.Terminal", 2, 3.0, 80'000'000),
+                  group("gnome-shell-calendar-server", "", 1, 1.2, 30'000'000)};
+    return top;
+}
+
+class DashboardTopGolden : public ::testing::TestWithParam<GoldenCase> {};
+
+TEST_P(DashboardTopGolden, MatchesReferenceImage) {
+    const GoldenCase golden = GetParam();
+    const auto [style, dark] = golden;
+    DashboardIcons::setThemeIconsEnabled(false);
+    testing::LoadedStore settings;
+    settings.store.setMetricCardStyle(style);
+    SystemMonitor monitor({}, 1, 1);
+    QThread thread;
+    thread.start();
+    const std::string tree = lumetra::testing::fixtureRoot("processes/gnome");
+    TopApplicationsMonitor top(
+        std::make_shared<ProcessTable>(KernelRoots(tree), DesktopEntries({tree + "/usr/share"})),
+        &thread, 60);
+    {
+        DashboardView view(monitor, settings.store, nullptr, &top);
+        view.setFixedLook(QStringLiteral("DejaVu Sans"));
+        view.setDark(dark);
+        view.setFixedState(busyMachine());
+        view.topApplicationsSection()->setFixedTopApplications(topOfADesktop());
+        expectMatchesGolden(DashboardPicture::render(view, AppearanceConfiguration(), 1.0),
+                            QStringLiteral(LUMETRA_FIXTURES_DIR "/../dashboard/golden/top_%1.png")
+                                .arg(QString::fromStdString(caseName(golden))));
+    }
+    thread.quit();
+    thread.wait();
+}
+
+INSTANTIATE_TEST_SUITE_P(README, DashboardTopGolden,
+                         ::testing::Values(GoldenCase{MetricCardStyle::classic, false},
+                                           GoldenCase{MetricCardStyle::compactRow, true}),
                          [](const auto& info) { return caseName(info.param); });
 
 } // namespace

@@ -1,6 +1,7 @@
 #include "desktop/XdgAutostartLoginItem.h"
 
 #include "support/Cases.h"
+#include "support/ScopedEnvironment.h"
 
 #include <QDir>
 #include <QFile>
@@ -112,21 +113,14 @@ namespace {
 // The autostart folder follows the settings' rule: XDG_CONFIG_HOME, else HOME, and without
 // HOME never "//.config/autostart".
 TEST(AutostartFolderTest, FollowsTheConfigurationFolder) {
-    const QByteArray savedConfig = qgetenv("XDG_CONFIG_HOME");
-    const QByteArray savedHome = qgetenv("HOME");
-    const bool configWasSet = qEnvironmentVariableIsSet("XDG_CONFIG_HOME");
-    const bool homeWasSet = qEnvironmentVariableIsSet("HOME");
-
-    qputenv("XDG_CONFIG_HOME", "/c");
+    lumetra::testing::ScopedEnvironment environment;
+    environment.set("XDG_CONFIG_HOME", "/c");
     EXPECT_EQ(XdgAutostartLoginItem::standardDirectory(), "/c/autostart");
-    qunsetenv("XDG_CONFIG_HOME");
-    qputenv("HOME", "/home/u");
+    environment.unset("XDG_CONFIG_HOME");
+    environment.set("HOME", "/home/u");
     EXPECT_EQ(XdgAutostartLoginItem::standardDirectory(), "/home/u/.config/autostart");
-    qunsetenv("HOME");
+    environment.unset("HOME");
     EXPECT_FALSE(XdgAutostartLoginItem::standardDirectory().startsWith("//"));
-
-    configWasSet ? qputenv("XDG_CONFIG_HOME", savedConfig) : qunsetenv("XDG_CONFIG_HOME");
-    homeWasSet ? qputenv("HOME", savedHome) : qunsetenv("HOME");
 }
 
 } // namespace

@@ -4,6 +4,7 @@
 
 #include "SettingsTestSupport.h"
 #include "support/LogCapture.h"
+#include "support/ScopedEnvironment.h"
 
 #include <QFileInfo>
 #include <QRegularExpression>
@@ -27,26 +28,19 @@ namespace {
 
 // The same rules read from the environment; without HOME the password database answers.
 TEST(UserDefaultsTest, StandardFileComesFromTheEnvironment) {
-    const QByteArray savedConfig = qgetenv("XDG_CONFIG_HOME");
-    const QByteArray savedHome = qgetenv("HOME");
-    const bool configWasSet = qEnvironmentVariableIsSet("XDG_CONFIG_HOME");
-    const bool homeWasSet = qEnvironmentVariableIsSet("HOME");
-
-    qputenv("XDG_CONFIG_HOME", "/c");
+    lumetra::testing::ScopedEnvironment environment;
+    environment.set("XDG_CONFIG_HOME", "/c");
     EXPECT_EQ(UserDefaults::standardFilePath(), "/c/lumetra/settings.json");
-    qunsetenv("XDG_CONFIG_HOME");
-    qputenv("HOME", "/home/u");
+    environment.unset("XDG_CONFIG_HOME");
+    environment.set("HOME", "/home/u");
     EXPECT_EQ(UserDefaults::standardFilePath(), "/home/u/.config/lumetra/settings.json");
-    qunsetenv("HOME");
+    environment.unset("HOME");
     const passwd* account = ::getpwuid(::getuid());
     if (account && QFileInfo(QFile::decodeName(account->pw_dir)).isDir()) {
         EXPECT_EQ(UserDefaults::standardFilePath(),
                   QDir::cleanPath(QFile::decodeName(account->pw_dir) + "/.config") +
                       "/lumetra/settings.json");
     }
-
-    configWasSet ? qputenv("XDG_CONFIG_HOME", savedConfig) : qunsetenv("XDG_CONFIG_HOME");
-    homeWasSet ? qputenv("HOME", savedHome) : qunsetenv("HOME");
 }
 
 TEST(UserDefaultsTest, KeepsKeysNobodyAskedAboutAndRefusesValuesTheFileCannotHold) {

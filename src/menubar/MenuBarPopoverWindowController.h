@@ -51,13 +51,22 @@ public:
         // sees no click on a Wayland surface, so it is a frameless window that takes the
         // focus and closes when it loses it.
         FocusedPanel,
+        // The same where the compositor puts managed X11 windows where it likes (centred):
+        // an override-redirect window, which every compositor leaves where the app puts it.
+        // Being of an ordinary window's type, it is still given the focus.
+        BypassingPanel,
         // A Wayland client cannot place its windows: a small titled window the compositor
         // places, closed when it loses the focus.
         TitledWindow,
     };
     // `platformName` is Qt's platform; `waylandSession` whether a Wayland compositor runs
-    // the session (WAYLAND_DISPLAY set).
-    static WindowKind windowKindFor(const QString& platformName, bool waylandSession);
+    // the session (WAYLAND_DISPLAY set); `positionIgnored` whether the compositor was seen
+    // to move a popover away from where it was put.
+    static WindowKind windowKindFor(const QString& platformName, bool waylandSession,
+                                    bool positionIgnored = false);
+    // Whether a window asked to go to `asked` and mapped at `got` went where it was put
+    // (within a rounding error of scaled coordinates).
+    static bool placedAsAsked(const QPoint& asked, const QPoint& got);
     // The screens as the placement sees them.
     static QList<ScreenSpace> screenSpaces();
 
@@ -75,6 +84,8 @@ private:
     void noteHidden();
     void noteFocusMoved(QWindow* focused);
     void notePressOutside(const QPoint& globalPosition);
+    void noteMoved(const QPoint& position);
+    void bypassWindowManager();
 
     AppState& appState_;
     QPointer<Window> window_;
@@ -82,9 +93,13 @@ private:
     QScrollArea* scroll_ = nullptr;
     QPointer<OutsideClickCatcher> catcher_;
     QRect anchor_;
+    // Where place() last put the window.
+    QPoint asked_;
     QPoint pressOutside_;
     QElapsedTimer sincePressOutside_;
     bool popoverHadFocus_ = false;
+    // The window manager was seen to put the popover elsewhere than asked.
+    bool positionIgnored_ = false;
 };
 
 } // namespace lumetra

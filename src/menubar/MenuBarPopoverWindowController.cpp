@@ -293,6 +293,14 @@ void MenuBarPopoverWindowController::bypassWindowManager() {
 void MenuBarPopoverWindowController::noteFocusMoved(QWindow* focused) {
     if (!window_ || window_->kind() == WindowKind::Popup)
         return;
+    if (window_->kind() == WindowKind::BypassingPanel) {
+        // It never has the focus (it grabs the keyboard instead), and the compositor may put
+        // a window of ours that takes it (the settings) over the catcher: then it goes.
+        if (focused && focused->isVisible() && focused != window_->windowHandle() &&
+            window_->isVisible() && !(catcher_ && focused == catcher_->windowHandle()))
+            hide();
+        return;
+    }
     // Followed while hidden too: the platform may keep the focus on the hidden window, and
     // then reports no change when it shows again.
     const bool had = popoverHadFocus_;

@@ -12,17 +12,40 @@ TEST(PopoverWindowKind, FollowsWhatThePlatformCanPlaceAndGrab) {
     struct Case {
         const char* platform;
         bool waylandSession;
+        bool positionIgnored;
         Kind kind;
     };
     for (const Case& c :
-         {Case{"xcb", false, Kind::Popup}, Case{"offscreen", false, Kind::Popup},
-          Case{"offscreen", true, Kind::Popup}, Case{"xcb", true, Kind::FocusedPanel},
-          Case{"wayland", true, Kind::TitledWindow}, Case{"wayland-egl", true, Kind::TitledWindow},
-          Case{"wayland-brcm", false, Kind::TitledWindow}})
-        EXPECT_EQ(MenuBarPopoverWindowController::windowKindFor(QString::fromLatin1(c.platform),
-                                                                c.waylandSession),
+         {Case{"xcb", false, false, Kind::Popup}, Case{"offscreen", false, false, Kind::Popup},
+          Case{"offscreen", true, false, Kind::Popup}, Case{"xcb", true, false, Kind::FocusedPanel},
+          // A compositor that centres managed X11 windows (sway).
+          Case{"xcb", true, true, Kind::BypassingPanel},
+          // Without Xwayland a grab sees every click, wherever it is placed.
+          Case{"xcb", false, true, Kind::Popup}, Case{"wayland", true, false, Kind::TitledWindow},
+          Case{"wayland", true, true, Kind::TitledWindow},
+          Case{"wayland-egl", true, false, Kind::TitledWindow},
+          Case{"wayland-brcm", false, false, Kind::TitledWindow}})
+        EXPECT_EQ(MenuBarPopoverWindowController::windowKindFor(
+                      QString::fromLatin1(c.platform), c.waylandSession, c.positionIgnored),
                   c.kind)
-            << c.platform << " " << c.waylandSession;
+            << c.platform << " " << c.waylandSession << " " << c.positionIgnored;
+}
+
+// Scaled coordinates may come back a pixel or two off; a compositor that centres the window
+// moves it by far more.
+TEST(PopoverWindowKind, TellsAWindowMovedByTheCompositorFromRounding) {
+    struct Case {
+        QPoint asked;
+        QPoint got;
+        bool asAsked;
+    };
+    for (const Case& c : {Case{{1000, 32}, {1000, 32}, true}, Case{{1000, 32}, {1001, 31}, true},
+                          Case{{1000, 32}, {998, 34}, true}, Case{{1000, 32}, {997, 32}, false},
+                          Case{{1000, 32}, {1000, 35}, false},
+                          // sway's centring of a 280 × 761 window on a 1280 × 800 screen.
+                          Case{{1000, 32}, {500, 34}, false}, Case{{0, 32}, {500, 84}, false}})
+        EXPECT_EQ(MenuBarPopoverWindowController::placedAsAsked(c.asked, c.got), c.asAsked)
+            << c.asked.x() << "," << c.asked.y() << " -> " << c.got.x() << "," << c.got.y();
 }
 
 } // namespace

@@ -21,6 +21,7 @@
 #include <QWidget>
 #include <QWindow>
 
+#include <algorithm>
 #include <cstdlib>
 
 namespace lumetra {
@@ -152,9 +153,11 @@ MenuBarPopoverWindowController::windowKindFor(const QString& platformName, bool 
     return positionIgnored ? WindowKind::BypassingPanel : WindowKind::FocusedPanel;
 }
 
-bool MenuBarPopoverWindowController::placedAsAsked(const QPoint& asked, const QPoint& got) {
-    return std::abs(asked.x() - got.x()) <= kPlacementSlack &&
-           std::abs(asked.y() - got.y()) <= kPlacementSlack;
+bool MenuBarPopoverWindowController::placedAsAsked(const QList<QPoint>& asked, const QPoint& got) {
+    return std::any_of(asked.begin(), asked.end(), [&got](const QPoint& point) {
+        return std::abs(point.x() - got.x()) <= kPlacementSlack &&
+               std::abs(point.y() - got.y()) <= kPlacementSlack;
+    });
 }
 
 void MenuBarPopoverWindowController::createWindow() {
@@ -198,6 +201,7 @@ void MenuBarPopoverWindowController::show(const QRect& anchor) {
     if (!window_)
         createWindow();
     anchor_ = anchor.isEmpty() ? QRect(QCursor::pos(), QSize(1, 1)) : anchor;
+    asked_.clear();
     place();
     if (window_->kind() == WindowKind::FocusedPanel ||
         window_->kind() == WindowKind::BypassingPanel)
@@ -262,10 +266,11 @@ void MenuBarPopoverWindowController::notePressOutside(const QPoint& globalPositi
 }
 
 void MenuBarPopoverWindowController::noteMoved(const QPoint& position) {
-    if (window_->kind() != WindowKind::FocusedPanel || placedAsAsked(asked_, position))
+    if (window_->kind() != WindowKind::FocusedPanel || asked_.isEmpty() ||
+        placedAsAsked(asked_, position))
         return;
-    qCInfo(logUi).nospace() << "the window manager moved the popover from " << asked_ << " to "
-                            << position << ": it bypasses the window manager from now on";
+    qCInfo(logUi).nospace() << "the window manager moved the popover from " << asked_.last()
+                            << " to " << position << ": it bypasses the window manager from now on";
     // Not while Qt is still handling the move.
     QMetaObject::invokeMethod(this, &MenuBarPopoverWindowController::bypassWindowManager,
                               Qt::QueuedConnection);
@@ -278,7 +283,6 @@ void MenuBarPopoverWindowController::bypassWindowManager() {
     // New windows rather than new flags on the old ones: compositors tell override-redirect
     // windows from managed ones when they are created. The catcher, a managed window as big
     // as the work area, may have been moved or tiled too.
-    const bool wasVisible = window_->isVisible();
     window_->hide();
     delete window_.data();
     content_ = nullptr;
@@ -286,8 +290,9 @@ void MenuBarPopoverWindowController::bypassWindowManager() {
     delete catcher_.data();
     // The focus the old window had is gone with it, whenever the platform reports that.
     popoverHadFocus_ = false;
-    if (wasVisible)
-        show(anchor_);
+    // Shown again even when it was hidden meanwhile: the compositor's moves can take the
+    // focus from it on their way.
+    show(anchor_);
 }
 
 void MenuBarPopoverWindowController::noteFocusMoved(QWindow* focused) {
@@ -376,7 +381,8 @@ void MenuBarPopoverWindowController::place() {
             placed.translate(-overhang, 0);
     }
     window_->setFixedSize(placed.size());
-    asked_ = placed.topLeft();
+    if (!asked_.contains(placed.topLeft()))
+        asked_.append(placed.topLeft());
     window_->move(placed.topLeft());
 }
 

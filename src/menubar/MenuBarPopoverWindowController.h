@@ -53,7 +53,8 @@ public:
         FocusedPanel,
         // The same where the compositor puts managed X11 windows where it likes (centred):
         // an override-redirect window, which every compositor leaves where the app puts it.
-        // Being of an ordinary window's type, it is still given the focus.
+        // It has no X11 focus, so it grabs the keyboard for Escape; a click elsewhere lands
+        // on the catcher.
         BypassingPanel,
         // A Wayland client cannot place its windows: a small titled window the compositor
         // places, closed when it loses the focus.
@@ -64,9 +65,10 @@ public:
     // to move a popover away from where it was put.
     static WindowKind windowKindFor(const QString& platformName, bool waylandSession,
                                     bool positionIgnored = false);
-    // Whether a window asked to go to `asked` and mapped at `got` went where it was put
-    // (within a rounding error of scaled coordinates).
-    static bool placedAsAsked(const QPoint& asked, const QPoint& got);
+    // Whether a window that was asked to go to each of `asked` in turn, and is reported at
+    // `got`, is at one of them (within a rounding error of scaled coordinates): a report
+    // may come late, after the next request.
+    static bool placedAsAsked(const QList<QPoint>& asked, const QPoint& got);
     // The screens as the placement sees them.
     static QList<ScreenSpace> screenSpaces();
 
@@ -93,8 +95,8 @@ private:
     QScrollArea* scroll_ = nullptr;
     QPointer<OutsideClickCatcher> catcher_;
     QRect anchor_;
-    // Where place() last put the window.
-    QPoint asked_;
+    // Where place() put the window since it was last shown.
+    QList<QPoint> asked_;
     QPoint pressOutside_;
     QElapsedTimer sincePressOutside_;
     bool popoverHadFocus_ = false;

@@ -264,6 +264,14 @@ if popover >/dev/null; then
 else
     echo "$(($(now_ms) - t_start)) ms: the settings window closed it as it took the focus"
 fi
+# A click on the settings window, already there.
+settings_x=$1 settings_y=$2
+item_activate $item_x $item_y
+wait_until 3 popover >/dev/null || fail "Activate($item_x, $item_y) opened no popover"
+sleep 0.5
+click $settings_x $settings_y
+wait_until 3 no_popover || fail "a click on the settings window at $settings_x,$settings_y did not close the popover"
+echo "$(($(now_ms) - t_start)) ms: a click on the settings window at $settings_x,$settings_y closed it"
 
 # A native Wayland window (a terminal, when one is installed), tiled under the popover.
 if command -v foot >/dev/null; then
@@ -276,7 +284,20 @@ if command -v foot >/dev/null; then
     screenshot sway-xwayland-foot.png
     click 300 600
     wait_until 3 no_popover || fail "a click on foot's window did not close the popover"
-    echo "$(($(now_ms) - t_start)) ms: a click at 300,600 on foot's window closed it"
+    echo "$(($(now_ms) - t_start)) ms: a click at 300,600 on foot's tiled window closed it"
+    # sway stacks floating windows over the catcher: a click on one goes to it.
+    swaymsg '[app_id="foot"] floating enable, move position 100 100, resize set 500 400' >/dev/null
+    sleep 0.3
+    item_activate $item_x $item_y
+    wait_until 3 popover >/dev/null || fail "Activate($item_x, $item_y) opened no popover"
+    sleep 0.5
+    click 300 300
+    if wait_until 3 no_popover; then
+        echo "$(($(now_ms) - t_start)) ms: a click at 300,300 on foot's floating window closed it"
+    else
+        screenshot sway-xwayland-floating.png
+        fail "a click on foot's floating window did not close the popover"
+    fi
 fi
 
 kill -0 "$app" || fail "lumetra is gone"

@@ -15,9 +15,10 @@ packages=(
     dpkg-dev desktop-file-utils appstream groff-base
     dbus-x11 xdotool imagemagick tesseract-ocr tesseract-ocr-eng libgl1-mesa-dri trayer xfce4-panel xfconf
     # The panels the end-to-end tests run against: GNOME Shell (X11 and Wayland, with and
-    # without Xwayland), waybar under headless sway (screenshots by grim), KDE Plasma.
+    # without Xwayland), waybar under headless sway (screenshots by grim; with Xwayland, a
+    # virtual keyboard by wtype and a native window by foot), KDE Plasma.
     gnome-shell gnome-shell-extension-appindicator xwayland
-    sway waybar grim
+    sway waybar grim wtype foot
     plasma-workspace plasma-desktop kwin-x11
 )
 

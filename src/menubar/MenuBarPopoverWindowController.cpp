@@ -5,6 +5,7 @@
 #include "menubar/PopoverPlacement.h"
 #include "menubar/WindowTranslucency.h"
 #include "menubar/X11WindowAt.h"
+#include "model/Logging.h"
 
 #include <QCursor>
 #include <QGuiApplication>
@@ -21,6 +22,9 @@
 #include <QWidget>
 #include <QWindow>
 
+#include <algorithm>
+#include <cstdlib>
+
 namespace lumetra {
 
 namespace {
@@ -33,6 +37,9 @@ constexpr int kSameClickSlack = 24;
 constexpr int kFocusSettleMs = 150;
 // The most of the screen's height a titled window's content takes.
 constexpr double kTitledShare = 0.85;
+// How far a window may land from where it was put and still count as placed there: scaled
+// coordinates round differently on the way to the X server and back.
+constexpr int kPlacementSlack = 2;
 
 } // namespace
 
@@ -67,6 +74,11 @@ protected:
         QWidget::hideEvent(event);
         controller_.noteHidden();
     }
+    void moveEvent(QMoveEvent* event) override {
+        QWidget::moveEvent(event);
+        if (isVisible())
+            controller_.noteMoved(pos());
+    }
     void showEvent(QShowEvent* event) override {
         QWidget::showEvent(event);
         emit controller_.visibleChanged();
@@ -97,6 +109,10 @@ private:
             return Qt::Popup | Qt::FramelessWindowHint;
         case WindowKind::FocusedPanel:
             return Qt::Tool | Qt::FramelessWindowHint;
+        case WindowKind::BypassingPanel:
+            // Not a tool window: compositors give the focus to no override-redirect window
+            // of a utility's or a menu's type.
+            return Qt::Window | Qt::FramelessWindowHint | Qt::X11BypassWindowManagerHint;
         case WindowKind::TitledWindow:
             break;
         }
@@ -131,16 +147,26 @@ bool MenuBarPopoverWindowController::isVisible() const {
 }
 
 MenuBarPopoverWindowController::WindowKind
-MenuBarPopoverWindowController::windowKindFor(const QString& platformName, bool waylandSession) {
+MenuBarPopoverWindowController::windowKindFor(const QString& platformName, bool waylandSession,
+                                              bool positionIgnored) {
     if (platformName.startsWith(QLatin1String("wayland")))
         return WindowKind::TitledWindow;
-    return waylandSession && platformName == QLatin1String("xcb") ? WindowKind::FocusedPanel
-                                                                  : WindowKind::Popup;
+    if (!waylandSession || platformName != QLatin1String("xcb"))
+        return WindowKind::Popup;
+    return positionIgnored ? WindowKind::BypassingPanel : WindowKind::FocusedPanel;
+}
+
+bool MenuBarPopoverWindowController::placedAsAsked(const QList<QPoint>& asked, const QPoint& got) {
+    return std::any_of(asked.begin(), asked.end(), [&got](const QPoint& point) {
+        return std::abs(point.x() - got.x()) <= kPlacementSlack &&
+               std::abs(point.y() - got.y()) <= kPlacementSlack;
+    });
 }
 
 void MenuBarPopoverWindowController::createWindow() {
-    const WindowKind kind = windowKindFor(QGuiApplication::platformName(),
-                                          !qEnvironmentVariableIsEmpty("WAYLAND_DISPLAY"));
+    const WindowKind kind =
+        windowKindFor(QGuiApplication::platformName(),
+                      !qEnvironmentVariableIsEmpty("WAYLAND_DISPLAY"), positionIgnored_);
     const bool translucent = kind != WindowKind::TitledWindow && windowTranslucencyAvailable();
     window_ = new Window(*this, translucent, kind);
     auto* layout = new QVBoxLayout(window_);
@@ -178,20 +204,26 @@ void MenuBarPopoverWindowController::show(const QRect& anchor) {
     if (!window_)
         createWindow();
     anchor_ = anchor.isEmpty() ? QRect(QCursor::pos(), QSize(1, 1)) : anchor;
+    asked_.clear();
     place();
-    if (window_->kind() == WindowKind::FocusedPanel)
+    if (window_->kind() == WindowKind::FocusedPanel ||
+        window_->kind() == WindowKind::BypassingPanel)
         coverOutside();
     window_->show();
     window_->raise();
     // A focused window can tell a click on another window by losing the focus, and take
-    // Escape.
-    if (window_->kind() != WindowKind::Popup)
+    // Escape. An override-redirect window is not given the X11 focus (the compositor takes
+    // back one it takes itself), but the keyboard while it is shown: the compositor sends
+    // the keys to Xwayland, which hands them to the grab.
+    if (window_->kind() == WindowKind::BypassingPanel)
+        window_->grabKeyboard();
+    else if (window_->kind() != WindowKind::Popup)
         window_->activateWindow();
 }
 
 void MenuBarPopoverWindowController::coverOutside() {
     if (!catcher_) {
-        catcher_ = new OutsideClickCatcher;
+        catcher_ = new OutsideClickCatcher(window_->kind() == WindowKind::BypassingPanel);
         connect(catcher_, &OutsideClickCatcher::clicked, this, [this](const QPoint& position) {
             notePressOutside(position);
             hide();
@@ -236,9 +268,47 @@ void MenuBarPopoverWindowController::notePressOutside(const QPoint& globalPositi
     sincePressOutside_.start();
 }
 
+void MenuBarPopoverWindowController::noteMoved(const QPoint& position) {
+    if (window_->kind() != WindowKind::FocusedPanel || asked_.isEmpty() ||
+        placedAsAsked(asked_, position))
+        return;
+    qCInfo(logUi).nospace() << "the window manager moved the popover from " << asked_.last()
+                            << " to " << position << ": it bypasses the window manager from now on";
+    // Not while Qt is still handling the move.
+    QMetaObject::invokeMethod(this, &MenuBarPopoverWindowController::bypassWindowManager,
+                              Qt::QueuedConnection);
+}
+
+void MenuBarPopoverWindowController::bypassWindowManager() {
+    if (!window_ || positionIgnored_)
+        return;
+    positionIgnored_ = true;
+    // New windows rather than new flags on the old ones: compositors tell override-redirect
+    // windows from managed ones when they are created. The catcher, a managed window as big
+    // as the work area, may have been moved or tiled too.
+    window_->hide();
+    delete window_.data();
+    content_ = nullptr;
+    scroll_ = nullptr;
+    delete catcher_.data();
+    // The focus the old window had is gone with it, whenever the platform reports that.
+    popoverHadFocus_ = false;
+    // Shown again even when it was hidden meanwhile: the compositor's moves can take the
+    // focus from it on their way.
+    show(anchor_);
+}
+
 void MenuBarPopoverWindowController::noteFocusMoved(QWindow* focused) {
     if (!window_ || window_->kind() == WindowKind::Popup)
         return;
+    if (window_->kind() == WindowKind::BypassingPanel) {
+        // It never has the focus (it grabs the keyboard instead), and the compositor may put
+        // a window of ours that takes it (the settings) over the catcher: then it goes.
+        if (focused && focused->isVisible() && focused != window_->windowHandle() &&
+            window_->isVisible() && !(catcher_ && focused == catcher_->windowHandle()))
+            hide();
+        return;
+    }
     // Followed while hidden too: the platform may keep the focus on the hidden window, and
     // then reports no change when it shows again.
     const bool had = popoverHadFocus_;
@@ -260,6 +330,8 @@ void MenuBarPopoverWindowController::noteFocusMoved(QWindow* focused) {
 }
 
 void MenuBarPopoverWindowController::noteHidden() {
+    if (window_ && window_->kind() == WindowKind::BypassingPanel)
+        window_->releaseKeyboard();
     if (catcher_)
         catcher_->hide();
     emit visibleChanged();
@@ -292,8 +364,11 @@ void MenuBarPopoverWindowController::place() {
     QRectF windowUnderClick;
     if (available.contains(click)) {
         const QList<ScreenSpace> spaces = screenSpaces();
-        if (const std::optional<QRect> found =
-                x11WindowAt(logicalToDevice(click, spaces), window_->internalWinId())) {
+        // Neither the popover nor the catcher is the panel.
+        QList<unsigned long> ours{window_->internalWinId()};
+        if (catcher_)
+            ours.append(catcher_->internalWinId());
+        if (const std::optional<QRect> found = x11WindowAt(logicalToDevice(click, spaces), ours)) {
             const QPointF topLeft = deviceToLogical(found->topLeft(), spaces);
             windowUnderClick = QRectF(topLeft, QSizeF(found->size()) / screen->devicePixelRatio());
         }
@@ -317,6 +392,8 @@ void MenuBarPopoverWindowController::place() {
             placed.translate(-overhang, 0);
     }
     window_->setFixedSize(placed.size());
+    if (!asked_.contains(placed.topLeft()))
+        asked_.append(placed.topLeft());
     window_->move(placed.topLeft());
 }
 

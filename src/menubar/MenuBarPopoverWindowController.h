@@ -51,13 +51,24 @@ public:
         // sees no click on a Wayland surface, so it is a frameless window that takes the
         // focus and closes when it loses it.
         FocusedPanel,
+        // The same where the compositor puts managed X11 windows where it likes (centred):
+        // an override-redirect window, which every compositor leaves where the app puts it.
+        // It has no X11 focus, so it grabs the keyboard for Escape; a click elsewhere lands
+        // on the catcher.
+        BypassingPanel,
         // A Wayland client cannot place its windows: a small titled window the compositor
         // places, closed when it loses the focus.
         TitledWindow,
     };
     // `platformName` is Qt's platform; `waylandSession` whether a Wayland compositor runs
-    // the session (WAYLAND_DISPLAY set).
-    static WindowKind windowKindFor(const QString& platformName, bool waylandSession);
+    // the session (WAYLAND_DISPLAY set); `positionIgnored` whether the compositor was seen
+    // to move a popover away from where it was put.
+    static WindowKind windowKindFor(const QString& platformName, bool waylandSession,
+                                    bool positionIgnored = false);
+    // Whether a window that was asked to go to each of `asked` in turn, and is reported at
+    // `got`, is at one of them (within a rounding error of scaled coordinates): a report
+    // may come late, after the next request.
+    static bool placedAsAsked(const QList<QPoint>& asked, const QPoint& got);
     // The screens as the placement sees them.
     static QList<ScreenSpace> screenSpaces();
 
@@ -75,6 +86,8 @@ private:
     void noteHidden();
     void noteFocusMoved(QWindow* focused);
     void notePressOutside(const QPoint& globalPosition);
+    void noteMoved(const QPoint& position);
+    void bypassWindowManager();
 
     AppState& appState_;
     QPointer<Window> window_;
@@ -82,9 +95,13 @@ private:
     QScrollArea* scroll_ = nullptr;
     QPointer<OutsideClickCatcher> catcher_;
     QRect anchor_;
+    // Where place() put the window since it was last shown.
+    QList<QPoint> asked_;
     QPoint pressOutside_;
     QElapsedTimer sincePressOutside_;
     bool popoverHadFocus_ = false;
+    // The window manager was seen to put the popover elsewhere than asked.
+    bool positionIgnored_ = false;
 };
 
 } // namespace lumetra

@@ -5,8 +5,11 @@
 
 namespace lumetra {
 
-OutsideClickCatcher::OutsideClickCatcher()
-    : QWidget(nullptr, Qt::Tool | Qt::FramelessWindowHint | Qt::WindowDoesNotAcceptFocus) {
+OutsideClickCatcher::OutsideClickCatcher(bool bypassWindowManager)
+    // A tool window: compositors focus no override-redirect window of a utility's type.
+    : QWidget(nullptr,
+              Qt::Tool | Qt::FramelessWindowHint | Qt::WindowDoesNotAcceptFocus |
+                  (bypassWindowManager ? Qt::X11BypassWindowManagerHint : Qt::WindowFlags())) {
     setObjectName(QStringLiteral("LumetraOutsideClickCatcher"));
     setWindowTitle(QStringLiteral("lumetra"));
     setAttribute(Qt::WA_TranslucentBackground);

@@ -17,7 +17,7 @@ using Reply = std::unique_ptr<T, decltype(&std::free)>;
 
 } // namespace
 
-std::optional<QRect> x11WindowAt(const QPoint& device, unsigned long exclude) {
+std::optional<QRect> x11WindowAt(const QPoint& device, const QList<unsigned long>& exclude) {
     auto* x11 = qGuiApp ? qGuiApp->nativeInterface<QNativeInterface::QX11Application>() : nullptr;
     xcb_connection_t* connection = x11 ? x11->connection() : nullptr;
     if (!connection)
@@ -50,7 +50,7 @@ std::optional<QRect> x11WindowAt(const QPoint& device, unsigned long exclude) {
         Reply<xcb_get_geometry_reply_t> geometry(
             xcb_get_geometry_reply(connection, geometries[std::size_t(i)], nullptr), &std::free);
         if (!attribute || !geometry || attribute->map_state != XCB_MAP_STATE_VIEWABLE ||
-            attribute->_class == XCB_WINDOW_CLASS_INPUT_ONLY || children[i] == exclude)
+            attribute->_class == XCB_WINDOW_CLASS_INPUT_ONLY || exclude.contains(children[i]))
             continue;
         const QRect rect(geometry->x, geometry->y, geometry->width, geometry->height);
         if (rect.contains(device))

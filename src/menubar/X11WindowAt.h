@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QList>
 #include <QPoint>
 #include <QRect>
 
@@ -8,8 +9,8 @@
 namespace lumetra {
 
 // The topmost visible top-level X11 window at `device` (root coordinates, device pixels),
-// other than `exclude`: where no window manager publishes a work area, the panel the user
+// other than those in `exclude`: where no window manager publishes a work area, the panel the user
 // just clicked is found this way. Absent off X11 or when nothing is there.
-std::optional<QRect> x11WindowAt(const QPoint& device, unsigned long exclude = 0);
+std::optional<QRect> x11WindowAt(const QPoint& device, const QList<unsigned long>& exclude = {});
 
 } // namespace lumetra

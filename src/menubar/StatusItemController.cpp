@@ -17,7 +17,11 @@
 #include "model/Logging.h"
 #include "settings/SettingsStore.h"
 
+#include <QGuiApplication>
+#include <QScreen>
 #include <QSystemTrayIcon>
+
+#include <algorithm>
 
 namespace lumetra {
 
@@ -202,10 +206,37 @@ void StatusItemController::activate(const QPoint& position) {
         emit toggleRequested(QRect());
         return;
     }
+    if (isIconRelative(position, driver_->item().iconPixmaps())) {
+        emit toggleRequested(anchorForIconRelativeClick(position));
+        return;
+    }
     // Hosts give the click in device pixels; windows are placed in device-independent ones.
     const QPointF logical =
         deviceToLogical(position, MenuBarPopoverWindowController::screenSpaces());
     emit toggleRequested(QRect(logical.toPoint(), QSize(1, 1)));
+}
+
+bool StatusItemController::isIconRelative(const QPoint& position,
+                                          const StatusNotifierIconPixmaps& pixmaps) {
+    int width = 0;
+    int height = 0;
+    for (const StatusNotifierIconPixmap& pixmap : pixmaps) {
+        width = std::max(width, pixmap.width);
+        height = std::max(height, pixmap.height);
+    }
+    return position.x() >= 0 && position.y() >= 0 && position.x() < width && position.y() < height;
+}
+
+QRect StatusItemController::anchorForIconRelativeClick(const QPoint& position) {
+    // On X11 the pointer is where the click was.
+    const QScreen* screen = QGuiApplication::primaryScreen();
+    if (qEnvironmentVariableIsEmpty("WAYLAND_DISPLAY") || !screen)
+        return {};
+    // A Wayland compositor shows an X11 client no pointer over its panels: take the tray's
+    // usual place, the right end of a top panel, at the click's height in the icon.
+    const QRect screenArea = screen->geometry();
+    const int y = int(position.y() / screen->devicePixelRatio());
+    return QRect(QPoint(screenArea.right(), screenArea.top() + y), QSize(1, 1));
 }
 
 void StatusItemController::updateFallback() {

@@ -72,6 +72,9 @@ public:
 
     // An image as a StatusNotifierItem pixmap (ARGB32, network byte order).
     static StatusNotifierIconPixmap iconPixmap(const QImage& image);
+    // Some hosts (waybar 0.9) report a click relative to the icon, not on the screen: such a
+    // position lies within the box of the largest picture the item shows.
+    static bool isIconRelative(const QPoint& position, const StatusNotifierIconPixmaps& pixmaps);
 
     StatusNotifierItem* item() const;
     DBusMenu* menu() const;
@@ -99,6 +102,7 @@ private:
     void render();
     void menuTriggered(int id);
     void activate(const QPoint& position);
+    static QRect anchorForIconRelativeClick(const QPoint& position);
     void updateFallback();
     void showTray(StatusNotifierState reason);
 

@@ -27,6 +27,24 @@ namespace {
 using testing::PrivateSessionBus;
 using testing::waitFor;
 
+// ---- where a click was ---------------------------------------------------------------
+
+// A position inside the item's largest picture is taken for one relative to the icon (waybar
+// 0.9 sends those); anything beyond it, or negative, is on the screen.
+TEST(ClickPosition, InsideTheIconsOwnBoxIsRelativeToIt) {
+    const StatusNotifierIconPixmaps wideLabel{{22, 22, {}}, {60, 24, {}}};
+    struct Case {
+        QPoint position;
+        bool relative;
+    };
+    for (const Case& c :
+         {Case{{30, 15}, true}, Case{{59, 23}, true}, Case{{0, 0}, true}, Case{{60, 15}, false},
+          Case{{30, 24}, false}, Case{{1240, 15}, false}, Case{{-3, 5}, false}})
+        EXPECT_EQ(StatusItemController::isIconRelative(c.position, wideLabel), c.relative)
+            << c.position.x() << "," << c.position.y();
+    EXPECT_FALSE(StatusItemController::isIconRelative({5, 5}, {})) << "no picture, no box";
+}
+
 // ---- which image the panel gets ------------------------------------------------------
 
 struct ShapeCase {

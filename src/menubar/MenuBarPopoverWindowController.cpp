@@ -225,6 +225,8 @@ void MenuBarPopoverWindowController::coverOutside() {
     if (!catcher_) {
         catcher_ = new OutsideClickCatcher(window_->kind() == WindowKind::BypassingPanel);
         connect(catcher_, &OutsideClickCatcher::clicked, this, [this](const QPoint& position) {
+            // Itself first: a catcher left up without its popover would swallow every click.
+            catcher_->hide();
             notePressOutside(position);
             hide();
         });

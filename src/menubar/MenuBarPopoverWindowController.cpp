@@ -96,9 +96,10 @@ protected:
     }
     bool event(QEvent* event) override {
         // The content changed its height (another card style): follow it in place.
+        // Queued on the window itself, so a window replaced meanwhile drops the call.
         if (event->type() == QEvent::LayoutRequest && isVisible())
             QMetaObject::invokeMethod(
-                &controller_, [this] { controller_.place(); }, Qt::QueuedConnection);
+                this, [this] { controller_.place(); }, Qt::QueuedConnection);
         return QWidget::event(event);
     }
 

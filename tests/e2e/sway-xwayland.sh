@@ -12,54 +12,14 @@ set -u
 lumetra=$(cd "$(dirname "$1")" && pwd)/$(basename "$1")
 here=$(cd "$(dirname "$0")" && pwd)
 
-# Stops a process and everything it started.
-kill_tree() {
-    for child in $(pgrep -P "$1"); do kill_tree "$child"; done
-    kill "$1" 2>/dev/null
-}
+. "$here/sway-lib.sh"
 
 if [ "${LUMETRA_E2E_INNER:-}" != 1 ]; then
     for tool in sway swaymsg waybar grim Xwayland wtype xwininfo xdotool python3 dbus-run-session gdbus setpriv; do
         command -v $tool >/dev/null || { echo "SKIP: $tool is not installed"; exit 77; }
     done
     [ -x /usr/bin/convert ] || { echo "SKIP: imagemagick is not installed"; exit 77; }
-    if [ "$(id -u)" -eq 0 ]; then top=$(mktemp -d -p /tmp); else top=$(mktemp -d); fi
-    cleanup_outer() {
-        [ -n "${inner:-}" ] && kill_tree "$inner" && wait "$inner" 2>/dev/null
-        rm -rf "$top"
-    }
-    trap cleanup_outer EXIT
-    trap 'exit 1' INT TERM HUP
-    mkdir "$top/shots"
-    script=$here/sway-xwayland.sh
-    as_user=
-    if [ "$(id -u)" -eq 0 ]; then
-        user='lumetra-e2e'
-        if ! id -u $user >/dev/null 2>&1; then
-            useradd --system --user-group --no-create-home --home-dir /nonexistent \
-                --shell /usr/sbin/nologin $user ||
-                { echo "SKIP: cannot create the unprivileged user $user for sway"; exit 77; }
-        fi
-        as_user="setpriv --reuid=$user --regid=$user --init-groups"
-        # The source and build trees may lie under a folder only root can enter.
-        mkdir "$top/e2e"
-        cp "$here/sway-xwayland.sh" "$here/lib.sh" "$here/virtual-pointer.py" "$top/e2e/"
-        script=$top/e2e/sway-xwayland.sh
-        if ! $as_user test -x "$lumetra"; then
-            cp "$lumetra" "$top/lumetra"
-            lumetra=$top/lumetra
-        fi
-        chown -R $user: "$top"
-    fi
-    LUMETRA_E2E_INNER=1 TMPDIR=$top $as_user dbus-run-session -- sh "$script" "$lumetra" "$top/shots" &
-    inner=$!
-    wait "$inner"
-    status=$?
-    inner=
-    if [ -n "${LUMETRA_E2E_SHOTS:-}" ] && [ -n "$(ls "$top/shots")" ]; then
-        mkdir -p "$LUMETRA_E2E_SHOTS" && cp "$top/shots/"* "$LUMETRA_E2E_SHOTS/"
-    fi
-    exit $status
+    sway_run_as_user sway-xwayland.sh "$here/virtual-pointer.py"
 fi
 
 # From here on: the unprivileged user, on a private session bus.
@@ -87,21 +47,7 @@ cat >"$work/sway.conf" <<CONF
 xwayland enable
 output HEADLESS-1 resolution ${width}x$height background #202020 solid_color
 CONF
-WLR_BACKENDS=headless WLR_LIBINPUT_NO_DEVICES=1 WLR_RENDERER=pixman \
-    sway -c "$work/sway.conf" >"$work/sway.log" 2>&1 &
-sway=$!
-sway_listens() {
-    kill -0 "$sway" 2>/dev/null || return 0
-    for socket in "$XDG_RUNTIME_DIR"/wayland-*; do
-        [ -S "$socket" ] && export WAYLAND_DISPLAY="${socket##*/}" && return 0
-    done
-    return 1
-}
-if ! wait_until 20 sway_listens || ! kill -0 "$sway" 2>/dev/null; then
-    tail -n 20 "$work/sway.log"
-    echo "SKIP: headless sway cannot start here"
-    exit 77
-fi
+sway_start "$work/sway.conf"
 export SWAYSOCK
 SWAYSOCK=$(ls "$XDG_RUNTIME_DIR"/sway-ipc.*.sock 2>/dev/null | head -1)
 # sway starts Xwayland when the first X11 client comes, on the display whose lock file names

@@ -11,57 +11,14 @@ set -u
 lumetra=$(cd "$(dirname "$1")" && pwd)/$(basename "$1")
 here=$(cd "$(dirname "$0")" && pwd)
 
-# Stops a process and everything it started: waybar leaves its custom module's command (a
-# shell and lumetra) running when it goes, dbus-run-session its bus when it is stopped.
-kill_tree() {
-    for child in $(pgrep -P "$1"); do kill_tree "$child"; done
-    kill "$1" 2>/dev/null
-}
+. "$here/sway-lib.sh"
 
 if [ "${LUMETRA_E2E_INNER:-}" != 1 ]; then
     for tool in sway waybar grim tesseract dbus-run-session gdbus setpriv; do
         command -v $tool >/dev/null || { echo "SKIP: $tool is not installed"; exit 77; }
     done
     [ -x /usr/bin/convert ] || { echo "SKIP: imagemagick is not installed"; exit 77; }
-    # Under /tmp when the user changes: root's own TMPDIR may be closed to others.
-    if [ "$(id -u)" -eq 0 ]; then top=$(mktemp -d -p /tmp); else top=$(mktemp -d); fi
-    cleanup_outer() {
-        # The inner run cleans up after itself; this stops it when the test itself is stopped.
-        [ -n "${inner:-}" ] && kill_tree "$inner" && wait "$inner" 2>/dev/null
-        rm -rf "$top"
-    }
-    trap cleanup_outer EXIT
-    trap 'exit 1' INT TERM HUP
-    mkdir "$top/shots"
-    script=$here/waybar-sway.sh
-    as_user=
-    if [ "$(id -u)" -eq 0 ]; then
-        user='lumetra-e2e'
-        if ! id -u $user >/dev/null 2>&1; then
-            useradd --system --user-group --no-create-home --home-dir /nonexistent \
-                --shell /usr/sbin/nologin $user ||
-                { echo "SKIP: cannot create the unprivileged user $user for sway"; exit 77; }
-        fi
-        as_user="setpriv --reuid=$user --regid=$user --init-groups"
-        # The source and build trees may lie under a folder only root can enter.
-        mkdir "$top/e2e"
-        cp "$here/waybar-sway.sh" "$here/lib.sh" "$top/e2e/"
-        script=$top/e2e/waybar-sway.sh
-        if ! $as_user test -x "$lumetra"; then
-            cp "$lumetra" "$top/lumetra"
-            lumetra=$top/lumetra
-        fi
-        chown -R $user: "$top"
-    fi
-    LUMETRA_E2E_INNER=1 TMPDIR=$top $as_user dbus-run-session -- sh "$script" "$lumetra" "$top/shots" &
-    inner=$!
-    wait "$inner"
-    status=$?
-    inner=
-    if [ -n "${LUMETRA_E2E_SHOTS:-}" ] && [ -n "$(ls "$top/shots")" ]; then
-        mkdir -p "$LUMETRA_E2E_SHOTS" && cp "$top/shots/"* "$LUMETRA_E2E_SHOTS/"
-    fi
-    exit $status
+    sway_run_as_user waybar-sway.sh
 fi
 
 # From here on: the unprivileged user, on a private session bus.
@@ -91,21 +48,7 @@ cat >"$work/sway.conf" <<'CONF'
 xwayland disable
 output HEADLESS-1 resolution 1280x300 background #202020 solid_color
 CONF
-WLR_BACKENDS=headless WLR_LIBINPUT_NO_DEVICES=1 WLR_RENDERER=pixman \
-    sway -c "$work/sway.conf" >"$work/sway.log" 2>&1 &
-sway=$!
-sway_listens() {
-    kill -0 "$sway" 2>/dev/null || return 0
-    for socket in "$XDG_RUNTIME_DIR"/wayland-*; do
-        [ -S "$socket" ] && export WAYLAND_DISPLAY="${socket##*/}" && return 0
-    done
-    return 1
-}
-if ! wait_until 20 sway_listens || ! kill -0 "$sway" 2>/dev/null; then
-    tail -n 20 "$work/sway.log"
-    echo "SKIP: headless sway cannot start here"
-    exit 77
-fi
+sway_start "$work/sway.conf"
 echo "sway listens on $WAYLAND_DISPLAY after $(($(now_ms) - t_start)) ms"
 
 # waybar's own default look (a dark bar, the tray on blue), 30 high at the top, the custom

@@ -16,6 +16,10 @@ e2e_home
 cleanup() {
     kill "${app:-}" "${panel:-}" 2>/dev/null
     wait 2>/dev/null
+    # The bus started xfconfd for the panel; it would write the settings back into the
+    # private home after it is gone.
+    xfconfd=$(owner_pid org.xfce.Xfconf)
+    [ -n "$xfconfd" ] && kill "$xfconfd" 2>/dev/null
     rm -rf "$work"
 }
 trap cleanup EXIT

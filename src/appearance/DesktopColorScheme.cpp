@@ -1,17 +1,13 @@
 #include "appearance/DesktopColorScheme.h"
 
-#include "model/Logging.h"
+#include "desktop/PortalSettings.h"
 
-#include <QDBusMessage>
-#include <QDBusPendingCallWatcher>
+#include <QDBusVariant>
 
 namespace lumetra {
 
 namespace {
 
-const QString kPortalService = QStringLiteral("org.freedesktop.portal.Desktop");
-const QString kPortalPath = QStringLiteral("/org/freedesktop/portal/desktop");
-const QString kSettingsInterface = QStringLiteral("org.freedesktop.portal.Settings");
 const QString kAppearanceGroup = QStringLiteral("org.freedesktop.appearance");
 const QString kColorSchemeKey = QStringLiteral("color-scheme");
 
@@ -19,33 +15,14 @@ const QString kColorSchemeKey = QStringLiteral("color-scheme");
 
 DesktopColorScheme::DesktopColorScheme(QDBusConnection bus, QObject* parent)
     : QObject(parent), bus_(std::move(bus)) {
-    if (!bus_.isConnected())
-        return;
-    bus_.connect(kPortalService, kPortalPath, kSettingsInterface, QStringLiteral("SettingChanged"),
-                 this, SLOT(onSettingChanged(QString, QString, QDBusVariant)));
-    QDBusMessage call = QDBusMessage::createMethodCall(kPortalService, kPortalPath,
-                                                       kSettingsInterface, QStringLiteral("Read"));
-    call << kAppearanceGroup << kColorSchemeKey;
-    auto* watcher = new QDBusPendingCallWatcher(bus_.asyncCall(call, 5000), this);
-    connect(watcher, &QDBusPendingCallWatcher::finished, this, [this, watcher] {
-        watcher->deleteLater();
-        const QDBusMessage reply = watcher->reply();
-        // No portal, or one too old for the key: no preference, quietly.
-        if (reply.type() != QDBusMessage::ReplyMessage || reply.arguments().isEmpty()) {
-            qCDebug(logUi).noquote() << "portal color-scheme not readable:" << reply.errorMessage();
-            return;
-        }
-        set(interpret(reply.arguments().constFirst()));
-    });
+    PortalSettings::watch(bus_, this, SLOT(onSettingChanged(QString, QString, QDBusVariant)));
+    PortalSettings::read(bus_, this, kAppearanceGroup, kColorSchemeKey,
+                         [this](const QVariant& value) { set(interpret(value)); });
 }
 
 DesktopColorScheme::Preference DesktopColorScheme::interpret(const QVariant& value) {
-    // Older portals wrap the value in one more variant.
-    QVariant plain = value;
-    while (plain.userType() == qMetaTypeId<QDBusVariant>())
-        plain = plain.value<QDBusVariant>().variant();
     bool ok = false;
-    const uint scheme = plain.toUInt(&ok);
+    const uint scheme = PortalSettings::unwrapped(value).toUInt(&ok);
     if (!ok)
         return Preference::none;
     switch (scheme) {

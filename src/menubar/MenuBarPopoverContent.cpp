@@ -76,6 +76,10 @@ void MenuBarPopoverContent::applyAppearance() {
     setPalette(palette);
 }
 
+void MenuBarPopoverContent::setSquareCorners(bool square) {
+    background_->setCornerRadius(square ? 0 : kCornerRadius);
+}
+
 void MenuBarPopoverContent::setOpaqueBackground(bool opaque) {
     background_->setOpaque(opaque);
 }

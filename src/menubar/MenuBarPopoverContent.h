@@ -25,6 +25,8 @@ public:
     bool isDark() const;
     // No compositor behind the window: draw the background opaque.
     void setOpaqueBackground(bool opaque);
+    // Square where a title bar sits on top (a window the compositor frames).
+    void setSquareCorners(bool square);
     // The compositor blurs behind the window.
     void setBlurredBehind(bool blurred);
 

@@ -35,6 +35,35 @@ constexpr qint64 kSameClickMs = 500;
 constexpr int kSameClickSlack = 24;
 // How long a lost focus must stay away before the popover closes.
 constexpr int kFocusSettleMs = 150;
+// The scroll bar over the dashboard's right margin, and its distance from the edge.
+constexpr int kOverlayBarWidth = 6;
+constexpr int kOverlayBarGap = 3;
+
+// A thin scroll bar over `parent` that follows `hidden` (the scroll area's own) both ways
+// and shows only while there is something to scroll.
+QScrollBar* overlayScrollBar(QScrollBar* hidden, QWidget* parent) {
+    auto* bar = new QScrollBar(Qt::Vertical, parent);
+    bar->setObjectName(QStringLiteral("LumetraPopoverScrollBar"));
+    bar->setStyleSheet(
+        QStringLiteral(
+            "QScrollBar:vertical { width: %1px; background: transparent; margin: 0; }"
+            "QScrollBar::handle:vertical { background: rgba(128, 128, 128, 140); border-radius: "
+            "%2px; min-height: 24px; }"
+            "QScrollBar::add-line:vertical, QScrollBar::sub-line:vertical { height: 0; }"
+            "QScrollBar::add-page:vertical, QScrollBar::sub-page:vertical { background: none; }")
+            .arg(kOverlayBarWidth)
+            .arg(kOverlayBarWidth / 2));
+    bar->hide();
+    QObject::connect(hidden, &QScrollBar::rangeChanged, bar, [bar, hidden](int low, int high) {
+        bar->setRange(low, high);
+        bar->setPageStep(hidden->pageStep());
+        bar->setVisible(high > low);
+    });
+    QObject::connect(hidden, &QScrollBar::valueChanged, bar, &QScrollBar::setValue);
+    QObject::connect(bar, &QScrollBar::valueChanged, hidden, &QScrollBar::setValue);
+    return bar;
+}
+
 // The most of the screen's height a titled window's content takes.
 constexpr double kTitledShare = 0.85;
 // How far a window may land from where it was put and still count as placed there: scaled
@@ -177,18 +206,22 @@ void MenuBarPopoverWindowController::createWindow() {
     scroll_ = new QScrollArea(window_);
     scroll_->setFrameShape(QFrame::NoFrame);
     scroll_->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
-    scroll_->setVerticalScrollBarPolicy(Qt::ScrollBarAsNeeded);
+    // The dashboard is laid out at its one width: its own scroll bar would take room from it.
+    // A thin one stands over the right margin instead, in step with the hidden one.
+    scroll_->setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     scroll_->setWidgetResizable(true);
     scroll_->setAutoFillBackground(false);
     scroll_->viewport()->setAutoFillBackground(false);
     content_ = new MenuBarPopoverContent(appState_);
     content_->setOpaqueBackground(!translucent);
+    content_->setSquareCorners(kind == WindowKind::TitledWindow);
     // Where the compositor blurs behind the popover the glass keeps its translucency; else
     // it is drawn dense enough to read over any desktop.
     if (translucent)
         content_->setBlurredBehind(requestBlurBehind(window_->winId()));
     scroll_->setWidget(content_);
     layout->addWidget(scroll_);
+    overlayBar_ = overlayScrollBar(scroll_->verticalScrollBar(), window_);
     connect(content_, &MenuBarPopoverContent::settingsRequested, this, [this] {
         hide();
         emit settingsRequested();
@@ -293,6 +326,7 @@ void MenuBarPopoverWindowController::bypassWindowManager() {
     delete window_.data();
     content_ = nullptr;
     scroll_ = nullptr;
+    overlayBar_ = nullptr;
     delete catcher_.data();
     // The focus the old window had is gone with it, whenever the platform reports that.
     popoverHadFocus_ = false;
@@ -386,15 +420,12 @@ void MenuBarPopoverWindowController::place() {
     // title bar comes on top: keep the titled window well inside the screen.
     if (window_->kind() == WindowKind::TitledWindow)
         placed.setHeight(std::min(placed.height(), int(available.height() * kTitledShare)));
-    // Scrolling: the dashboard is laid out at its one width, so the scroll bar widens the
-    // window, which stays on the screen.
-    if (placed.height() < height) {
-        placed.setWidth(placed.width() + scroll_->verticalScrollBar()->sizeHint().width());
-        const int overhang = placed.x() + placed.width() - int(available.right());
-        if (overhang > 0)
-            placed.translate(-overhang, 0);
-    }
     window_->setFixedSize(placed.size());
+    // Over the margin, clear of the rounded corners.
+    const int inset = int(MenuBarPopoverContent::kCornerRadius);
+    overlayBar_->setGeometry(placed.width() - kOverlayBarWidth - kOverlayBarGap, inset,
+                             kOverlayBarWidth, std::max(0, placed.height() - 2 * inset));
+    overlayBar_->raise();
     if (!asked_.contains(placed.topLeft()))
         asked_.append(placed.topLeft());
     window_->move(placed.topLeft());

@@ -8,6 +8,7 @@
 #include <QRect>
 
 class QScrollArea;
+class QScrollBar;
 class QWindow;
 class QWidget;
 
@@ -93,6 +94,7 @@ private:
     QPointer<Window> window_;
     MenuBarPopoverContent* content_ = nullptr;
     QScrollArea* scroll_ = nullptr;
+    QScrollBar* overlayBar_ = nullptr;
     QPointer<OutsideClickCatcher> catcher_;
     QRect anchor_;
     // Where place() put the window since it was last shown.

@@ -220,11 +220,12 @@ click $settings_x $settings_y
 wait_until 3 no_popover || fail "a click on the settings window at $settings_x,$settings_y did not close the popover"
 echo "$(($(now_ms) - t_start)) ms: a click on the settings window at $settings_x,$settings_y closed it"
 
-# A native Wayland window (a terminal, when one is installed), tiled under the popover.
+# A native Wayland window (a terminal, when one is installed), tiled under the popover. It runs
+# sleep, not a shell: the test user's login shell is nologin, which would close it at once.
 if command -v foot >/dev/null; then
-    swaymsg exec "foot -o font=monospace:size=10" >/dev/null
+    swaymsg exec "foot -o font=monospace:size=10 sleep 600 >'$work/foot.log' 2>&1" >/dev/null
     foot_shown() { swaymsg -t get_tree | grep -q '"app_id": "foot"'; }
-    wait_until 5 foot_shown || fail "foot did not start"
+    wait_until 10 foot_shown || { cat "$work/foot.log"; fail "foot did not start"; }
     item_activate $item_x $item_y
     wait_until 3 popover >/dev/null || fail "Activate($item_x, $item_y) opened no popover"
     sleep 0.5

@@ -1,8 +1,11 @@
 # Shared by the end-to-end scripts: a private home, polling with deadlines, the bus, screenshots.
 # Source it with `. lib.sh` after setting `lumetra` to the binary under test.
 
-# A private home and settings; every process started later inherits them.
+# A private home and settings, and a UTF-8 locale (the tools that read labels back would print
+# the bar style's blocks as '?' in the C locale); every process started later inherits them.
 e2e_home() {
+    unset LC_ALL LANGUAGE
+    export LANG=C.UTF-8
     work=$(mktemp -d)
     export HOME="$work" XDG_CONFIG_HOME="$work/config" XDG_CACHE_HOME="$work/cache" \
         XDG_DATA_HOME="$work/data" LUMETRA_UPDATE_MANIFEST_URL=http://127.0.0.1:9/

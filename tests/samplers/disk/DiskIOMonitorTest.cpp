@@ -4,15 +4,9 @@
 #include "support/FixtureTree.h"
 #include "support/LogCapture.h"
 
-#include <QFile>
-#include <QFileInfo>
-#include <QProcess>
-#include <QStandardPaths>
-#include <QTemporaryDir>
+#include <QDir>
 
 #include <gtest/gtest.h>
-
-#include <unistd.h>
 
 using namespace lumetra;
 using lumetra::testing::fixtureRoot;
@@ -178,120 +172,6 @@ TEST(DiskIOMonitorTest, WithoutSysfsPartitionsAreToldByName) {
         EXPECT_EQ(sample->bytesWritten, 22 * kSector);
     }
     EXPECT_EQ(log.lines().filter("telling disks from partitions by their names").size(), 1);
-}
-
-// The kernel's own counters of this machine's disks, summed the plain way: every
-// /proc/diskstats line whose device has a `device` link under /sys/block.
-std::pair<std::uint64_t, std::uint64_t> kernelWholeDiskBytes(const QString& onlyDevice = {}) {
-    QFile file("/proc/diskstats");
-    if (!file.open(QIODevice::ReadOnly))
-        return {};
-    std::uint64_t read = 0;
-    std::uint64_t written = 0;
-    for (const QByteArray& line : file.readAll().split('\n')) {
-        const QList<QByteArray> fields = line.simplified().split(' ');
-        if (fields.size() < 14)
-            continue;
-        const QString name = QString::fromUtf8(fields[2]);
-        const bool wanted = onlyDevice.isEmpty()
-                                ? QFileInfo::exists("/sys/block/" + name + "/device")
-                                : name == onlyDevice;
-        if (!wanted)
-            continue;
-        read += fields[5].toULongLong() * kSector;
-        written += fields[9].toULongLong() * kSector;
-    }
-    return {read, written};
-}
-
-// A known write through a loop device and its partition, over a file on this machine's disk:
-// the throughput counts what the physical disk did (the kernel's own counters, within 1 %),
-// and the loop device and its partition, which saw the same bytes, not a second time.
-class LoopDeviceTest : public ::testing::Test {
-protected:
-    void SetUp() override {
-        if (::geteuid() != 0)
-            GTEST_SKIP() << "needs root to attach a loop device";
-        if (QStandardPaths::findExecutable("losetup", {"/usr/sbin", "/sbin", "/usr/bin"}).isEmpty())
-            GTEST_SKIP() << "needs losetup (util-linux)";
-        // On the build tree's disk, not in a tmpfs /tmp: the writes must reach a disk.
-        ASSERT_TRUE(dir_.isValid());
-        QFile file(image_);
-        ASSERT_TRUE(file.open(QIODevice::WriteOnly));
-        // One MBR partition from sector 2048 to the end, so the kernel makes loopNp1.
-        QByteArray mbr(512, '\0');
-        const quint32 start = 2048;
-        const quint32 sectors = (kImageBytes / kSector) - start;
-        mbr[446 + 4] = char(0x83);
-        for (int i = 0; i < 4; ++i) {
-            mbr[446 + 8 + i] = char((start >> (8 * i)) & 0xff);
-            mbr[446 + 12 + i] = char((sectors >> (8 * i)) & 0xff);
-        }
-        mbr[510] = char(0x55);
-        mbr[511] = char(0xaa);
-        file.write(mbr);
-        // Allocated, not sparse: the writes below then change no file-system metadata.
-        file.write(QByteArray(kImageBytes - 512, '\0'));
-        file.close();
-        ::sync();
-        QProcess losetup;
-        losetup.start("losetup", {"--direct-io=on", "--partscan", "--find", "--show", image_});
-        losetup.waitForFinished(10000);
-        device_ = QString::fromUtf8(losetup.readAllStandardOutput()).trimmed();
-        if (losetup.exitCode() != 0 || device_.isEmpty())
-            GTEST_SKIP() << "no loop device: " << losetup.readAllStandardError().toStdString();
-        partition_ = device_ + "p1";
-        for (int wait = 0; wait < 20 && !QFileInfo::exists(partition_); ++wait)
-            ::usleep(100'000);
-        // A kernel without MBR support in its partition scan: partx reads the table itself.
-        if (!QFileInfo::exists(partition_))
-            QProcess::execute("partx", {"--add", device_});
-    }
-
-    void TearDown() override {
-        if (!device_.isEmpty())
-            QProcess::execute("losetup", {"--detach", device_});
-    }
-
-    static constexpr qint64 kImageBytes = 48 << 20;
-    QTemporaryDir dir_{QDir::currentPath() + "/lumetra-diskio-XXXXXX"};
-    QString image_ = dir_.filePath("disk.img");
-    QString device_;
-    QString partition_;
-};
-
-TEST_F(LoopDeviceTest, AKnownWriteCountsOnceOnThePhysicalDisk) {
-    ASSERT_TRUE(QFileInfo::exists(partition_)) << "the kernel made no partition device";
-    const QString loopName = QFileInfo(device_).fileName();
-    DiskIOMonitor monitor;
-    const auto loopBefore = kernelWholeDiskBytes(loopName);
-    const auto partitionBefore = kernelWholeDiskBytes(loopName + "p1");
-    const auto kernelBefore = kernelWholeDiskBytes();
-    const auto before = monitor.currentCounters();
-
-    constexpr int kMiB = 32;
-    ASSERT_EQ(
-        QProcess::execute("dd", {"if=/dev/zero", "of=" + partition_, "bs=1M",
-                                 QString("count=%1").arg(kMiB), "oflag=direct", "status=none"}),
-        0);
-
-    const auto after = monitor.currentCounters();
-    const auto kernelAfter = kernelWholeDiskBytes();
-    const auto loopAfter = kernelWholeDiskBytes(loopName);
-    const auto partitionAfter = kernelWholeDiskBytes(loopName + "p1");
-    ASSERT_TRUE(before && after);
-    EXPECT_FALSE(after->devices.contains(loopName));
-
-    constexpr std::uint64_t kBytes = std::uint64_t(kMiB) << 20;
-    // The loop device and its partition each saw the bytes...
-    EXPECT_GE(loopAfter.second - loopBefore.second, kBytes);
-    EXPECT_GE(partitionAfter.second - partitionBefore.second, kBytes);
-    // ...the physical disk saw them once, and we count what it counted.
-    const double ours = static_cast<double>(after->bytesWritten - before->bytesWritten);
-    const double kernel = static_cast<double>(kernelAfter.second - kernelBefore.second);
-    EXPECT_GE(ours, static_cast<double>(kBytes));
-    EXPECT_NEAR(ours, kernel, kernel * 0.01);
-    EXPECT_LT(ours, static_cast<double>(kBytes) * 1.5) << "counted more than once";
 }
 
 } // namespace

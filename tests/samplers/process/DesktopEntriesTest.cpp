@@ -3,6 +3,7 @@
 #include "model/Logging.h"
 #include "support/FixtureTree.h"
 #include "support/LogCapture.h"
+#include "support/ScopedEnvironment.h"
 
 #include <gtest/gtest.h>
 
@@ -43,6 +44,8 @@ TEST(DesktopEntriesTest, FirstDataDirWinsAndBadFilesAreLoggedOnce) {
     EXPECT_EQ(entries.find("org.example.Nameless"), (DesktopEntry{"", "mystery"}));
     EXPECT_EQ(entries.find("org.example.Broken"), DesktopEntry{}) << "a directory in its place";
     EXPECT_EQ(entries.find("../../etc/passwd"), DesktopEntry{});
+    EXPECT_EQ(DesktopEntries({tree + "/usr/share"}, "de_DE").find("firefox").name,
+              "Firefox-Webbrowser");
     for (int again = 0; again < 3; ++again) {
         entries.find("org.example.Nameless");
         entries.find("org.example.Broken");
@@ -56,25 +59,21 @@ TEST(DesktopEntriesTest, FirstDataDirWinsAndBadFilesAreLoggedOnce) {
 }
 
 TEST(DesktopEntriesTest, XdgDataDirsFollowTheEnvironmentAndAddFlatpakAndSnap) {
-    const QByteArray home = qgetenv("HOME"), dataHome = qgetenv("XDG_DATA_HOME"),
-                     dataDirs = qgetenv("XDG_DATA_DIRS");
-    qputenv("HOME", "/home/u");
-    qunsetenv("XDG_DATA_HOME");
-    qputenv("XDG_DATA_DIRS", "/a::/var/lib/snapd/desktop:/b");
+    lumetra::testing::ScopedEnvironment environment;
+    environment.set("HOME", "/home/u");
+    environment.unset("XDG_DATA_HOME");
+    environment.set("XDG_DATA_DIRS", "/a::/var/lib/snapd/desktop:/b");
     EXPECT_EQ(DesktopEntries::xdgDataDirs(),
               (std::vector<std::string>{"/home/u/.local/share", "/a", "/var/lib/snapd/desktop",
                                         "/b", "/home/u/.local/share/flatpak/exports/share",
                                         "/var/lib/flatpak/exports/share"}));
-    qputenv("XDG_DATA_HOME", "/d");
-    qunsetenv("XDG_DATA_DIRS");
+    environment.set("XDG_DATA_HOME", "/d");
+    environment.unset("XDG_DATA_DIRS");
     EXPECT_EQ(
         DesktopEntries::xdgDataDirs(),
         (std::vector<std::string>{"/d", "/usr/local/share", "/usr/share",
                                   "/home/u/.local/share/flatpak/exports/share",
                                   "/var/lib/flatpak/exports/share", "/var/lib/snapd/desktop"}));
-    qputenv("HOME", home);
-    dataHome.isNull() ? qunsetenv("XDG_DATA_HOME") : qputenv("XDG_DATA_HOME", dataHome);
-    dataDirs.isNull() ? qunsetenv("XDG_DATA_DIRS") : qputenv("XDG_DATA_DIRS", dataDirs);
 }
 
 } // namespace

@@ -29,9 +29,8 @@ std::vector<std::string> dataDirsOf(const std::string& tree) {
             tree + "/var/lib/flatpak/exports/share", tree + "/var/lib/snapd/desktop"};
 }
 
-std::unique_ptr<ProcessTable> tableOver(const std::string& tree, std::string language = {}) {
-    return std::make_unique<ProcessTable>(KernelRoots(tree),
-                                          DesktopEntries(dataDirsOf(tree), std::move(language)),
+std::unique_ptr<ProcessTable> tableOver(const std::string& tree) {
+    return std::make_unique<ProcessTable>(KernelRoots(tree), DesktopEntries(dataDirsOf(tree)),
                                           ownerOf(tree + "/proc"));
 }
 
@@ -113,12 +112,6 @@ const DesktopCase kDesktops[] = {
 
 INSTANTIATE_TEST_SUITE_P(Desktops, ProcessGroupingTest, ::testing::ValuesIn(kDesktops),
                          lumetra::testing::byMachine);
-
-TEST(ProcessTableTest, LocalisedNamesComeFromTheDesktopEntry) {
-    auto table = tableOver(fixtureRoot("processes/gnome"), "de_DE");
-    EXPECT_EQ(table->refresh().top(TopApplicationOrder::memory, 1).at(0).name,
-              "Firefox-Webbrowser");
-}
 
 TEST(ProcessTableTest, HiddenProcessesOfOtherUsersAreReported) {
     const std::pair<std::string, bool> cases[] = {{"hidepid", true}, {"gnome", false}};

@@ -155,28 +155,46 @@ TEST(TemperatureProviderTest, SMCKeysComeBeforeLinuxSensors) {
     }
 }
 
-// Each fixture machine: the sensors chosen, in order, the temperature and the thermal state.
+// The fixture machines: an Intel desktop (i7-7700: coretemp, acpitz, PCH and x86_pkg_temp
+// zones, throttle counters), an AMD desktop (Ryzen 9 5900X: k10temp with two CCDs, amdgpu,
+// nct6798, NVMe), a Raspberry Pi 5 (cpu-thermal zone with fan trips), a MacBook Air M2 under
+// Asahi Linux (macsmc_hwmon, sensors named by the device tree under the SMC node) and a cloud
+// VM without any sensor. Each offers its candidate groups by the rules, in order; the first
+// group is read, and the thermal state comes from the zones' trips.
 TEST(TemperatureProviderTest, FixtureMachinesReadTheDieTemperatureAndState) {
     struct Case {
         const char* machine;
+        std::vector<std::vector<std::string>> groups;
         std::optional<double> temperature;
         ThermalState state;
-        QStringList sources;
     };
     for (const Case& c : std::initializer_list<Case>{
-             // coretemp "Package id 0"; the x86_pkg_temp zone has only placeholder trips
-             {"desktop-intel", 45.0, ThermalState::nominal, {"coretemp/Package id 0"}},
-             // k10temp Tctl, Tccd1, Tccd2 (no Tdie on Zen 3); the GPU and Super I/O do not count
+             // The x86_pkg_temp zone has only placeholder trips.
+             {"desktop-intel",
+              {{"coretemp/Package id 0"},
+               {"coretemp/Core 0", "coretemp/Core 1", "coretemp/Core 2", "coretemp/Core 3"},
+               {"thermal_zone2/x86_pkg_temp"},
+               {"thermal_zone0/acpitz"}},
+              45.0,
+              ThermalState::nominal},
+             // No Tdie on Zen 3; the GPU and Super I/O do not count.
              {"amd-desktop",
+              {{"k10temp/Tctl", "k10temp/Tccd1", "k10temp/Tccd2"}},
               48.042,
-              ThermalState::nominal,
-              {"k10temp/Tctl", "k10temp/Tccd1", "k10temp/Tccd2"}},
-             // the cpu-thermal zone, not its hwmon twin; above the lowest fan trip
-             {"raspberry-pi", 55.6, ThermalState::fair, {"thermal_zone0/cpu-thermal"}},
-             // Asahi: no Apple Silicon die key in the device tree, so "SoC Backside Temp"
-             {"apple-laptop", 41.25, ThermalState::nominal, {"macsmc_hwmon/SoC Backside Temp"}},
-             {"no-sensors-vm", std::nullopt, ThermalState::nominal, {}}}) {
+              ThermalState::nominal},
+             // The zone, not its hwmon twin; above the lowest fan trip.
+             {"raspberry-pi", {{"thermal_zone0/cpu-thermal"}}, 55.6, ThermalState::fair},
+             // No Apple Silicon die key in the device tree, so "SoC Backside Temp". Asahi
+             // exercises the SMC-key rule, which an Intel Mac's applesmc keys never match.
+             {"apple-laptop", {{"macsmc_hwmon/SoC Backside Temp"}}, 41.25, ThermalState::nominal},
+             {"no-sensors-vm", {}, std::nullopt, ThermalState::nominal}}) {
         SCOPED_TRACE(c.machine);
+        EXPECT_EQ(SysfsTemperatureSensors(KernelRoots(fixtureRoot(c.machine))).candidateGroups(),
+                  c.groups);
+        QStringList sources;
+        for (const std::string& sensor :
+             c.groups.empty() ? std::vector<std::string>() : c.groups.front())
+            sources.append(QString::fromStdString(sensor));
         SensorLog log;
         TemperatureProvider provider(KernelRoots(fixtureRoot(c.machine)));
         for (int i = 0; i < 3; ++i) {
@@ -186,13 +204,13 @@ TEST(TemperatureProviderTest, FixtureMachinesReadTheDieTemperatureAndState) {
                                                 ? TemperatureAvailability::exactTemperature
                                                 : TemperatureAvailability::unavailable);
             EXPECT_EQ(reading.thermalState, c.state);
-            EXPECT_EQ(reading.sources, c.sources);
+            EXPECT_EQ(reading.sources, sources);
         }
         ASSERT_EQ(log.lines().size(), 1);
-        if (!c.sources.isEmpty()) {
+        if (!sources.isEmpty()) {
             EXPECT_EQ(log.lines().first(), QString("Resolved %1 temperature sensor(s): %2")
-                                               .arg(c.sources.size())
-                                               .arg(c.sources.join(", ")));
+                                               .arg(sources.size())
+                                               .arg(sources.join(", ")));
         } else {
             // One line naming where it looked, below the root it was given.
             const QString line = log.lines().first();

@@ -102,7 +102,6 @@ TEST_F(LoopMountTest, VolumeComesAndGoesAndTheWatcherSaysSo) {
     EXPECT_EQ(std::tuple(volume->isInternal, volume->isRemovable, volume->isEjectable,
                          volume->isBootVolume),
               std::tuple(true, false, false, false));
-    EXPECT_EQ(volumes.front().id, "/");
 
     changes.clear();
     mounted_ = execute("umount", {mountPoint_.toStdString()}) != 0;

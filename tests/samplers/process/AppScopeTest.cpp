@@ -68,13 +68,11 @@ const ScopeCase kScopes[] = {
      "1:name=systemd:/user.slice/app-gnome-a-1.scope\n0::/system.slice/cron.service\n",
      std::nullopt},
     {"SystemService", "0::/system.slice/nginx.service\n", std::nullopt},
-    {"UserService", std::string(kUser) + "pipewire.service\n", std::nullopt},
     {"SessionService",
      "0::/user.slice/user-1000.slice/user@1000.service/session.slice/"
      "org.gnome.Shell@x11.service\n",
      std::nullopt},
     {"LoginSession", "0::/user.slice/user-1000.slice/session-2.scope\n", std::nullopt},
-    {"Init", "0::/init.scope\n", std::nullopt},
     {"Root", "0::/\n", std::nullopt},
     {"ScopeWithoutRandomPart", std::string(kUser) + "app-firefox.scope\n", std::nullopt},
     {"Empty", "", std::nullopt},

@@ -28,11 +28,6 @@ void SMCSimulator::setFloat(const std::string& key, float value) {
             static_cast<std::uint8_t>(raw >> 16), static_cast<std::uint8_t>(raw >> 24)});
 }
 
-SMCSimulator::Key* SMCSimulator::find(const std::string& key) {
-    const auto found = keys_.find(key);
-    return found == keys_.end() ? nullptr : &found->second;
-}
-
 int SMCSimulator::call(const SMCCallRecord& input, SMCCallRecord& output) {
     calls_.push_back(input);
     output = SMCCallRecord();

@@ -28,7 +28,6 @@ public:
     // A "flt " key holding `value`, as Apple Silicon's temperature sensors report.
     void setFloat(const std::string& key, float value);
     void removeKey(const std::string& key) { keys_.erase(key); }
-    Key* find(const std::string& key);
 
     int call(const SMCCallRecord& input, SMCCallRecord& output) override;
 

@@ -52,9 +52,12 @@ const ScopeCase kScopes[] = {
     {"XdgAutostart",
      std::string(kUser) + "app-org.gnome.Evolution\\x2dalarm\\x2dnotify@autostart.service\n",
      app("org.gnome.Evolution-alarm-notify")},
-    {"UnknownLauncherBeforeReverseDns",
-     std::string(kUser) + "app-cosmic-com.system76.CosmicTerm-90.scope\n",
+    {"COSMIC", std::string(kUser) + "app-cosmic-com.system76.CosmicTerm-90.scope\n",
      app("com.system76.CosmicTerm")},
+    // A launcher not in the list (here a scope made with systemd-run) before a reverse-DNS id.
+    {"UnknownLauncherBeforeReverseDns",
+     std::string(kUser) + "app-lumetratest-org.example.ScopeTest-4242.scope\n",
+     app("org.example.ScopeTest")},
     // A terminal's shell sits in a scope of its own below the terminal's: it belongs to the
     // terminal's group only where the desktop put it under the app's scope.
     {"NestedBelowAppScope",

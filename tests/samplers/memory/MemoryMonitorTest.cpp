@@ -32,10 +32,11 @@ TEST(MemoryMonitorTest, FixtureMachinesUseTotalMinusAvailable) {
              {"container-lxcfs", 4194304, 4194304 - 3145728, 0, 0}}) {
         const auto snapshot = MemoryMonitor(KernelRoots(fixtureRoot(c.machine))).currentSnapshot();
         ASSERT_TRUE(snapshot) << c.machine;
-        EXPECT_EQ(snapshot->total, c.totalKiB * kKiB) << c.machine;
-        EXPECT_EQ(snapshot->used, c.usedKiB * kKiB) << c.machine;
-        EXPECT_EQ(snapshot->wired, c.wiredKiB * kKiB) << c.machine;
-        EXPECT_EQ(snapshot->compressed, c.compressedKiB * kKiB) << c.machine;
+        EXPECT_EQ(
+            std::tuple(snapshot->total, snapshot->used, snapshot->wired, snapshot->compressed),
+            std::tuple(c.totalKiB * kKiB, c.usedKiB * kKiB, c.wiredKiB * kKiB,
+                       c.compressedKiB * kKiB))
+            << c.machine;
     }
 }
 

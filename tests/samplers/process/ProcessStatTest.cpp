@@ -16,24 +16,16 @@ std::string line(const std::string& comm, char state = 'S', const std::string& f
 }
 
 TEST(ProcessStatTest, CommRunsToTheLastParenthesisWhateverItHolds) {
-    const std::pair<std::string, std::string> cases[] = {
-        {"firefox", "firefox"},
-        {"Web Content", "Web Content"},
-        {"(sd-pam)", "(sd-pam)"},
-        {"a)b)", "a)b)"},
-        {") S 1 2 3 4", ") S 1 2 3 4"}, // a name made to look like fields
-        {"", ""},
-        {"kworker/0:1-events", "kworker/0:1-events"}};
-    for (const auto& [comm, expected] : cases) {
-        const std::string text = line(comm);
+    // The last is a name made to look like fields.
+    for (const std::string comm :
+         {"firefox", "Web Content", "(sd-pam)", "a)b)", "", ") S 1 2 3 4"}) {
+        const std::string text = line(comm); // the comm points into it
         const auto stat = parseProcessStat(text);
         ASSERT_TRUE(stat) << comm;
-        EXPECT_EQ(stat->comm, expected);
-        EXPECT_EQ(stat->state, 'S') << comm;
-        EXPECT_EQ(stat->cpuTicks, 1000u) << "utime + stime, not the children's";
-        EXPECT_EQ(stat->startTime, 123456u) << comm;
-        EXPECT_EQ(stat->threads, 4u) << comm;
-        EXPECT_EQ(stat->residentPages, 2500u) << comm;
+        // The ticks are utime + stime, not the children's.
+        EXPECT_EQ(std::tuple(stat->comm, stat->state, stat->cpuTicks, stat->startTime,
+                             stat->threads, stat->residentPages),
+                  std::tuple(comm, 'S', 1000u, 123456u, 4u, 2500u));
     }
 }
 

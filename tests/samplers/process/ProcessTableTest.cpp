@@ -60,13 +60,12 @@ TEST_P(ProcessGroupingTest, GroupsByApplicationScopeAndNamesFromDesktopEntries) 
     const QList<TopApplication> rows = reading.top(TopApplicationOrder::memory, 50);
     ASSERT_EQ(rows.size(), qsizetype(GetParam().byMemory.size()));
     for (qsizetype i = 0; i < rows.size(); ++i) {
-        const Row& expected = GetParam().byMemory[std::size_t(i)];
-        EXPECT_EQ(rows[i].name.toStdString(), expected.name) << i;
-        EXPECT_EQ(rows[i].icon.toStdString(), expected.icon) << expected.name;
-        EXPECT_EQ(rows[i].appId.toStdString(), expected.appId) << expected.name;
-        EXPECT_EQ(rows[i].processCount(), expected.processes) << expected.name;
-        EXPECT_EQ(rows[i].residentBytes, expected.pages * kPage) << expected.name;
-        EXPECT_TRUE(rows[i].ownedByUser) << expected.name;
+        const Row& e = GetParam().byMemory[std::size_t(i)];
+        EXPECT_EQ(std::tuple(rows[i].name.toStdString(), rows[i].icon.toStdString(),
+                             rows[i].appId.toStdString(), rows[i].processCount(),
+                             rows[i].residentBytes, rows[i].ownedByUser),
+                  std::tuple(e.name, e.icon, e.appId, e.processes, e.pages * kPage, true))
+            << i;
     }
 }
 

@@ -198,13 +198,12 @@ TEST(TemperatureProviderTest, FixtureMachinesReadTheDieTemperatureAndState) {
         SensorLog log;
         TemperatureProvider provider(KernelRoots(fixtureRoot(c.machine)));
         for (int i = 0; i < 3; ++i) {
-            const TemperatureReading reading = provider.currentReading();
-            EXPECT_EQ(reading.temperature, c.temperature);
-            EXPECT_EQ(reading.availability, c.temperature
-                                                ? TemperatureAvailability::exactTemperature
-                                                : TemperatureAvailability::unavailable);
-            EXPECT_EQ(reading.thermalState, c.state);
-            EXPECT_EQ(reading.sources, sources);
+            const TemperatureReading r = provider.currentReading();
+            EXPECT_EQ(std::tuple(r.temperature, r.availability, r.thermalState, r.sources),
+                      std::tuple(c.temperature,
+                                 c.temperature ? TemperatureAvailability::exactTemperature
+                                               : TemperatureAvailability::unavailable,
+                                 c.state, sources));
         }
         ASSERT_EQ(log.lines().size(), 1);
         if (!sources.isEmpty()) {

@@ -58,10 +58,10 @@ TEST(TemperatureProviderTest, MeanOfTheKeysFoundOnceThatAreStillInRange) {
     machine.smc->setKey("Tc0a", "sp78", {60, 0x00});
     machine.smc->setFloat("Tp05", 2.0f); // implausible at discovery: never read again
     SensorLog log;
-    const TemperatureReading reading = provider->currentReading();
-    EXPECT_EQ(reading.temperature, 50.0);
-    EXPECT_EQ(reading.availability, TemperatureAvailability::exactTemperature);
-    EXPECT_EQ(reading.sources, (QStringList{"Tp01", "Tp09", "Tc0a"}));
+    const TemperatureReading r = provider->currentReading();
+    EXPECT_EQ(std::tuple(r.temperature, r.availability, r.sources),
+              std::tuple(50.0, TemperatureAvailability::exactTemperature,
+                         QStringList{"Tp01", "Tp09", "Tc0a"}));
     machine.smc->clearCalls();
     machine.smc->setFloat("Tp05", 70.0f);
     EXPECT_EQ(provider->currentReading().temperature, 50.0);
@@ -84,9 +84,8 @@ TEST(TemperatureProviderTest, MeanOfTheKeysFoundOnceThatAreStillInRange) {
     machine.smc->setFloat("Tp01", 4.0f);
     machine.smc->setKey("Tc0a", "sp78", {120, 0x00});
     const TemperatureReading none = provider->currentReading();
-    EXPECT_FALSE(none.temperature);
-    EXPECT_EQ(none.availability, TemperatureAvailability::unavailable);
-    EXPECT_TRUE(none.sources.isEmpty());
+    EXPECT_EQ(std::tuple(none.temperature, none.availability, none.sources),
+              std::tuple(std::nullopt, TemperatureAvailability::unavailable, QStringList()));
     machine.smc->setFloat("Tp09", 46.0f);
     EXPECT_EQ(provider->currentReading().temperature, 46.0) << "back again";
     EXPECT_EQ(machine.opens, 1);
@@ -102,10 +101,9 @@ TEST(TemperatureProviderTest, OpeningFailureIsTriedAndLoggedOnce) {
     for (const ThermalState state :
          {ThermalState::serious, ThermalState::nominal, ThermalState::critical}) {
         machine.thermalState = state;
-        const TemperatureReading reading = provider->currentReading();
-        EXPECT_FALSE(reading.temperature);
-        EXPECT_EQ(reading.availability, TemperatureAvailability::unavailable);
-        EXPECT_EQ(reading.thermalState, state);
+        const TemperatureReading r = provider->currentReading();
+        EXPECT_EQ(std::tuple(r.temperature, r.availability, r.thermalState),
+                  std::tuple(std::nullopt, TemperatureAvailability::unavailable, state));
     }
     EXPECT_EQ(machine.opens, 1);
     EXPECT_EQ(log.lines(), QStringList{"SMC client unavailable: failedToOpen(-13)"});

@@ -112,7 +112,9 @@ TEST(DiskIOMonitorTest, SurvivesDisksComingAndGoingAndBadLines) {
     ScratchTree tree;
     for (const char* disk : {"sda", "sdb"})
         tree.write(QString("sys/block/%1/device/vendor").arg(disk), "ATA\n");
-    tree.write("proc/diskstats", statsLine("sda", 100, 200) + statsLine("sdb", 10, 20));
+    tree.makeDirectory("sys/block/zd0"); // a ZFS volume: no device behind it, not counted
+    tree.write("proc/diskstats",
+               statsLine("sda", 100, 200) + statsLine("sdb", 10, 20) + statsLine("zd0", 5, 5));
     LogCapture log(logMonitoring());
     DiskIOMonitor monitor(KernelRoots(tree.root()));
     auto sample = monitor.currentCounters();

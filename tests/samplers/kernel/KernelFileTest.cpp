@@ -3,6 +3,8 @@
 
 #include <gtest/gtest.h>
 
+#include <sys/stat.h>
+
 using namespace lumetra;
 using lumetra::testing::ScratchTree;
 
@@ -28,6 +30,9 @@ TEST(KernelFileTest, ANextReadSeesTheFileAsItIsNow) {
     tree.makeDirectory("proc/stat");
     EXPECT_EQ(file.readAll().error, KernelFileError::notAFile);
     QDir(QString::fromStdString(tree.path("proc/stat"))).removeRecursively();
+    ASSERT_EQ(::mkfifo(tree.path("proc/stat").c_str(), 0600), 0);
+    EXPECT_EQ(file.readAll().error, KernelFileError::notAFile) << "a FIFO is not waited on";
+    tree.remove("proc/stat");
     tree.write("proc/stat", "back\n");
     EXPECT_EQ(file.readAll().text, "back\n");
 }

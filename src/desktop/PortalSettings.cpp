@@ -2,6 +2,7 @@
 
 #include "model/Logging.h"
 
+#include <QDBusError>
 #include <QDBusMessage>
 #include <QDBusPendingCallWatcher>
 #include <QDBusVariant>
@@ -18,8 +19,14 @@ constexpr int kReadTimeoutMs = 5000;
 } // namespace
 
 void watch(QDBusConnection bus, QObject* receiver, const char* slot) {
-    if (bus.isConnected())
-        bus.connect(kService, kPath, kInterface, QStringLiteral("SettingChanged"), receiver, slot);
+    if (!bus.isConnected())
+        return;
+    // QtDBus matches the slot's QDBusVariant argument by its registered type: unregistered, the
+    // connection is refused and every later change of the desktop's settings would be missed.
+    qRegisterMetaType<QDBusVariant>();
+    if (!bus.connect(kService, kPath, kInterface, QStringLiteral("SettingChanged"), receiver, slot))
+        qCWarning(logUi).noquote()
+            << "Cannot follow the desktop portal's setting changes:" << bus.lastError().message();
 }
 
 void read(QDBusConnection bus, QObject* context, const QString& group, const QString& key,

@@ -17,36 +17,24 @@ namespace {
 
 using Harness = lumetra::testing::AppStateHarness;
 
-struct PromptRuleCase {
-    std::string name;
-    qint64 launchCount;
-    std::optional<QString> dismissed;
-    bool expected;
-};
-
-class SupportPromptRuleTest : public ::testing::TestWithParam<PromptRuleCase> {};
-
-TEST_P(SupportPromptRuleTest, AsksOnTheListedLaunchesUnlessDismissedForThisVersion) {
-    const PromptRuleCase& c = GetParam();
-    EXPECT_EQ(AppState::shouldShowSupportPrompt(c.launchCount, QStringLiteral("1.2"), c.dismissed),
-              c.expected);
+// Launches 3, 15, 50, 150 and 400 ask, unless the prompt was dismissed for exactly this
+// version: "1.2.0" is another version than "1.2".
+TEST(AppStateTest, SupportPromptAsksOnTheListedLaunchesUnlessDismissedForThisVersion) {
+    struct Case {
+        qint64 launchCount;
+        std::optional<QString> dismissed;
+        bool expected;
+    };
+    const std::nullopt_t none = std::nullopt;
+    const Case cases[] = {{3, none, true},    {4, none, false},   {15, none, true},
+                          {50, none, true},   {150, none, true},  {400, none, true},
+                          {401, none, false}, {0, none, false},   {15, "1.2", false},
+                          {15, "1.1", true},  {15, "1.2.0", true}};
+    for (const Case& c : cases) {
+        EXPECT_EQ(AppState::shouldShowSupportPrompt(c.launchCount, "1.2", c.dismissed), c.expected)
+            << c.launchCount << ' ' << c.dismissed.value_or("-").toStdString();
+    }
 }
-
-INSTANTIATE_TEST_SUITE_P(
-    Cases, SupportPromptRuleTest,
-    ::testing::Values(PromptRuleCase{"Launch3", 3, std::nullopt, true},
-                      PromptRuleCase{"Launch4", 4, std::nullopt, false},
-                      PromptRuleCase{"Launch15", 15, std::nullopt, true},
-                      PromptRuleCase{"Launch50", 50, std::nullopt, true},
-                      PromptRuleCase{"Launch150", 150, std::nullopt, true},
-                      PromptRuleCase{"Launch400", 400, std::nullopt, true},
-                      PromptRuleCase{"Launch401", 401, std::nullopt, false},
-                      PromptRuleCase{"Launch0", 0, std::nullopt, false},
-                      PromptRuleCase{"DismissedThisVersion", 15, QStringLiteral("1.2"), false},
-                      PromptRuleCase{"DismissedOlderVersion", 15, QStringLiteral("1.1"), true},
-                      // Exact string equality: "1.2.0" is another version.
-                      PromptRuleCase{"DismissedLongerSpelling", 15, QStringLiteral("1.2.0"), true}),
-    lumetra::testing::byName);
 
 struct LaunchCase {
     std::string name;
@@ -93,7 +81,7 @@ INSTANTIATE_TEST_SUITE_P(
     lumetra::testing::byName);
 
 TEST(AppStateTest, UiTestHookIsExactlyOne) {
-    const std::vector<std::pair<QByteArray, bool>> cases{
+    const std::pair<QByteArray, bool> cases[] = {
         {"1", true}, {"true", false}, {"01", false}, {"", false}, {" 1", false}};
     for (const auto& [value, expected] : cases) {
         qputenv("LUMETRA_UITEST_OPEN_SETTINGS", value);
@@ -103,47 +91,37 @@ TEST(AppStateTest, UiTestHookIsExactlyOne) {
     EXPECT_FALSE(AppState::uiTestOpensSettings());
 }
 
-struct LoginCase {
-    std::string name;
-    bool stored;         // launchAtLogin in the settings file
-    bool serviceEnabled; // what the login item reports
-    std::optional<QString> failure;
-    QStringList expectedCalls;
-    bool expectLogLine;
-};
+// At start the login item is brought in line with the setting, with no call when it already
+// is; a failure is logged, and the setting is never changed back.
+TEST(AppStateTest, BringsTheLoginItemInLineAtStartWithoutNeedlessCalls) {
+    struct Case {
+        bool stored;         // launchAtLogin in the settings file
+        bool serviceEnabled; // what the login item reports
+        const char* failure;
+        const char* expectedCall; // none: no call
+    };
+    const Case cases[] = {{true, true, nullptr, nullptr},
+                          {true, false, nullptr, "register"},
+                          {false, false, nullptr, nullptr},
+                          {false, true, nullptr, "unregister"},
+                          {true, false, "/x: Permission denied", "register"}};
+    for (const Case& c : cases) {
+        SCOPED_TRACE(std::to_string(&c - cases));
+        Harness harness(c.stored ? QByteArray(R"({"launchAtLogin": true})") : QByteArray("{}"));
+        harness.loginItem.enabled = c.serviceEnabled;
+        if (c.failure)
+            harness.loginItem.failure = c.failure;
+        LogCapture log(logUi());
 
-class LoginItemSyncTest : public ::testing::TestWithParam<LoginCase> {};
+        harness.state();
 
-TEST_P(LoginItemSyncTest, BringsTheLoginItemInLineAtStartWithoutNeedlessCalls) {
-    const LoginCase& c = GetParam();
-    Harness harness(c.stored ? QByteArray(R"({"launchAtLogin": true})") : QByteArray("{}"));
-    harness.loginItem.enabled = c.serviceEnabled;
-    harness.loginItem.failure = c.failure;
-    LogCapture log(logUi());
-
-    harness.state();
-
-    EXPECT_EQ(harness.loginItem.calls, c.expectedCalls);
-    EXPECT_EQ(log.lines().filter(QStringLiteral("Failed to update login item:")).size(),
-              c.expectLogLine ? 1 : 0);
-    // The setting is never changed back.
-    EXPECT_EQ(harness.settings->launchAtLogin(), c.stored);
+        EXPECT_EQ(harness.loginItem.calls,
+                  c.expectedCall ? QStringList{c.expectedCall} : QStringList());
+        EXPECT_EQ(log.lines().filter(QStringLiteral("Failed to update login item:")).size(),
+                  c.failure ? 1 : 0);
+        EXPECT_EQ(harness.settings->launchAtLogin(), c.stored);
+    }
 }
-
-INSTANTIATE_TEST_SUITE_P(
-    Cases, LoginItemSyncTest,
-    ::testing::Values(
-        LoginCase{"EnabledAlready", true, true, std::nullopt, {}, false},
-        LoginCase{"EnableIt", true, false, std::nullopt, {QStringLiteral("register")}, false},
-        LoginCase{"DisabledAlready", false, false, std::nullopt, {}, false},
-        LoginCase{"DisableIt", false, true, std::nullopt, {QStringLiteral("unregister")}, false},
-        LoginCase{"RegisterFails",
-                  true,
-                  false,
-                  QStringLiteral("/x: Permission denied"),
-                  {QStringLiteral("register")},
-                  true}),
-    lumetra::testing::byName);
 
 TEST(AppStateTest, EffectiveAppearanceFollowsModeAndFlagsAndNotifiesOnlyOnChange) {
     Harness harness;
@@ -163,16 +141,6 @@ TEST(AppStateTest, EffectiveAppearanceFollowsModeAndFlagsAndNotifiesOnlyOnChange
     harness.appearance.setFlags(true, false);
     harness.settings->setAppearanceMode(AppearanceMode::solid);
     EXPECT_EQ(changed.count(), 2);
-}
-
-TEST(AppStateTest, IntervalBindingsStoreTheValue) {
-    Harness harness;
-    AppState& state = harness.state();
-    state.setUpdateInterval(UpdateInterval::five);
-    state.setTemperatureInterval(TemperatureInterval::ten);
-    EXPECT_EQ(state.updateInterval(), UpdateInterval::five);
-    EXPECT_EQ(harness.stored("updateInterval").toDouble(), 5.0);
-    EXPECT_EQ(harness.stored("temperatureInterval").toDouble(), 10.0);
 }
 
 } // namespace

@@ -1,5 +1,7 @@
 #include "cli/TerminalOptions.h"
 
+#include "support/FixtureTree.h"
+
 #include <gtest/gtest.h>
 
 using namespace lumetra;
@@ -63,6 +65,17 @@ TEST(TerminalOptionsTest, RejectsWithAClearMessage) {
         EXPECT_TRUE(parsed.error.contains(messagePart) && parsed.error.contains("lumetra --help"))
             << parsed.error.toStdString();
     }
+}
+
+// proc/stat and proc/meminfo must be readable regular files (a tree without proc/stat: the
+// end-to-end test); the first one that is not is named.
+TEST(TerminalOptionsTest, NamesTheKernelFileATreeLacks) {
+    const lumetra::testing::ScratchTree tree;
+    const QString root = QString::fromStdString(tree.root());
+    tree.write("proc/stat", "cpu  1 2 3 4\n");
+    EXPECT_EQ(missingKernelFile(root), root + "/proc/meminfo: No such file or directory");
+    tree.makeDirectory("proc/meminfo");
+    EXPECT_EQ(missingKernelFile(root), root + "/proc/meminfo: not a regular file");
 }
 
 } // namespace

@@ -122,11 +122,7 @@ TEST_F(UserDefaultsAsAnotherUserTest, AnUnreadableFileIsLeftAloneUntilItCanBeRea
         const QString file = folder + "/settings.json";
         ASSERT_TRUE(QDir().mkpath(folder));
         giveToNobody(folder, 0755); // nobody could replace the file: it must choose not to
-        {
-            QFile out(file);
-            ASSERT_TRUE(out.open(QIODevice::WriteOnly));
-            out.write(original);
-        }
+        lumetra::testing::writeFile(file, original);
         if (c.nobodyOwnsIt)
             giveToNobody(file, c.mode);
         else

@@ -60,9 +60,7 @@ TEST(UserDefaultsTest, KeepsKeysNobodyAskedAboutAndRefusesValuesTheFileCannotHol
 
 TEST(UserDefaultsTest, AFailingSaveIsLoggedOnceAndKeepsTheValueInMemory) {
     SettingsFolder folder;
-    QFile blocker(folder.directory()); // a file where the directory belongs
-    ASSERT_TRUE(blocker.open(QIODevice::WriteOnly));
-    blocker.close();
+    lumetra::testing::writeFile(folder.directory(), {}); // a file where the directory belongs
     LogCapture log(logSettings());
     UserDefaults defaults(folder.file());
     SettingsStore store(defaults);

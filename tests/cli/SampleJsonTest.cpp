@@ -48,8 +48,8 @@ TEST(SampleJsonTest, FiguresKeepTheirNamesAndAreNullWhenUnread) {
     metrics.diskWriteBytesPerSecond.reset();
     metrics.diskDevices.clear();
     const QJsonObject unread = written(metrics);
-    for (const char* key :
-         {"cpuUsage", "memoryUsed", "swapUsed", "swapTotal", "diskReadRate", "diskWriteRate"})
+    for (const char* key : {"cpuUsage", "memoryUsed", "memoryTotal", "memoryPercentage", "swapUsed",
+                            "swapTotal", "diskReadRate", "diskWriteRate"})
         EXPECT_TRUE(unread[key].isNull()) << key;
     EXPECT_EQ(unread["cpuCores"].toArray(), QJsonArray());
     EXPECT_EQ(unread["diskDevices"].toArray(), QJsonArray());

@@ -168,31 +168,20 @@ TEST(TerminalModeTest, RootWithoutKernelFilesIsRefused) {
     EXPECT_EQ(run.err.count('\n'), 2) << run.err.toStdString();
 }
 
-// Files that are there but say nothing usable give null figures, not zeros.
+// Files that are there but say nothing usable give null figures, not zeros, and no refusal.
+// (Which figures a failed reading leaves null: SampleJsonTest.)
 TEST(TerminalModeTest, FiguresThatCannotBeReadAreNull) {
-    const QByteArray stat = "cpu  100 0 100 800 0 0 0 0 0 0\n";
-    const QByteArray meminfo = "MemTotal: 1000 kB\nMemAvailable: 250 kB\n";
-    for (const auto& [statText, meminfoText, cpuNull, memoryNull] :
-         std::initializer_list<std::tuple<QByteArray, QByteArray, bool, bool>>{
-             {stat, "garbage\n", false, true},
-             {"garbage\n", meminfo, true, false},
-             {stat, meminfo, false, false}}) {
-        lumetra::testing::ScratchTree tree;
-        tree.write("proc/stat", statText);
-        tree.write("proc/meminfo", meminfoText);
-        const RunResult run = runLumetra(
-            {"--print", "--format", "json", "--root", QString::fromStdString(tree.root())},
-            "all-metrics");
-        ASSERT_EQ(run.exitCode, 0) << run.err.toStdString();
-        const QJsonDocument document = QJsonDocument::fromJson(run.out.trimmed());
-        ASSERT_TRUE(document.isObject()) << run.out.toStdString();
-        EXPECT_EQ(document["cpuUsage"].isNull(), cpuNull) << run.out.toStdString();
-        for (const char* field : {"memoryUsed", "memoryTotal", "memoryPercentage"})
-            EXPECT_EQ(document[field].isNull(), memoryNull) << field << run.out.toStdString();
-        if (!memoryNull) {
-            EXPECT_EQ(document["memoryTotal"].toInteger(), 1000 * 1024);
-        }
-    }
+    lumetra::testing::ScratchTree tree;
+    tree.write("proc/stat", "garbage\n");
+    tree.write("proc/meminfo", "garbage\n");
+    const RunResult run =
+        runLumetra({"--print", "--format", "json", "--root", QString::fromStdString(tree.root())},
+                   "all-metrics");
+    ASSERT_EQ(run.exitCode, 0) << run.err.toStdString();
+    const QJsonDocument document = QJsonDocument::fromJson(run.out.trimmed());
+    ASSERT_TRUE(document.isObject()) << run.out.toStdString();
+    for (const char* field : {"cpuUsage", "memoryUsed", "memoryTotal", "memoryPercentage"})
+        EXPECT_TRUE(document[field].isNull()) << field << run.out.toStdString();
 }
 
 // Busy share of all CPU time between two readings of /proc/stat, in percent.

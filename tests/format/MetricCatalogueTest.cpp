@@ -1,6 +1,7 @@
 #include "format/MetricCatalogue.h"
 #include "format/LevelColor.h"
 #include "format/MenuBarLabel.h"
+#include "format/MetricsTooltip.h"
 #include "support/Cases.h"
 
 #include <gtest/gtest.h>
@@ -119,6 +120,18 @@ TEST(MetricCatalogueTest, SwapAndDiskPiecesHaveTheirTextChipAndLevel) {
         EXPECT_EQ(chip.front().valueText, QString::fromUtf8(c.chip));
         EXPECT_EQ(chip.front().percentage, c.percentage);
     }
+}
+
+// The tooltip's swap and disk lines, each with its own figure (the whole tooltip: the terminal
+// mode's golden files).
+TEST(MetricCatalogueTest, TooltipNamesSwapAndTheDisksWithTheirFigures) {
+    SystemMetrics noSwap = machine();
+    noSwap.swapUsed = noSwap.swapTotal = 0;
+    const QStringList lines =
+        (metricsTooltip(machine(), {}) + u'\n' + metricsTooltip(noSwap, {})).split(u'\n');
+    for (const char* line : {"Swap 1.0 GB / 4.0 GB (25%)", "Disk read 1.5 KB/s",
+                             "Disk write 2.5 MB/s", "Swap No swap"})
+        EXPECT_TRUE(lines.contains(QString::fromUtf8(line))) << line;
 }
 
 // The label's width guide widens every figure the row knows how to widen, so the panel keeps

@@ -82,7 +82,6 @@ TEST(SettingsStoreTest, EveryKeyReadsItsValueOrFallsBack) {
              // Not the first case: the temperature format falls back to the second.
              {"temperatureFormat", R"("celsius")", R"("degreesWithUnit")"},
              {"menuBarDisplayStyle", R"(" miniBar")", R"("textOnly")"},
-             {"menuBarDisplayStyle", data("miniBar"), R"("textOnly")"},
              {"themePreference", R"("Dark")", R"("system")"},
              {"appearanceMode", R"("Solid")", R"("glass")"},
              {"metricCardStyle", R"("compactRows")", R"("classic")"},

@@ -1,5 +1,4 @@
 #include "appearance/AppearanceConfiguration.h"
-#include "appearance/GlassBackground.h"
 
 #include <QJsonDocument>
 #include <QJsonObject>
@@ -94,28 +93,3 @@ TEST(AppearanceConfigurationTest, DecodesStrictlyAndEncodesOnlyFiniteNumbers) {
 }
 
 } // namespace
-
-TEST(GlassBackgroundTest, LayersComeToOneColourAtTheBackgroundOpacity) {
-    using lumetra::GlassBackground;
-    lumetra::AppearanceConfiguration glass =
-        lumetra::AppearanceConfiguration::preset(lumetra::AppearanceMode::glass);
-    // With vibrancy the material's tint lies under the window colour.
-    ASSERT_TRUE(GlassBackground::materialTint(glass, false).has_value());
-    // Reduce transparency: no material, an opaque window-colour fill.
-    const lumetra::AppearanceConfiguration opaque = lumetra::AppearanceConfiguration::resolve(
-        lumetra::AppearanceMode::glass, std::nullopt, true, false);
-    EXPECT_FALSE(GlassBackground::materialTint(opaque, true).has_value());
-    EXPECT_EQ(GlassBackground::compositeColor(opaque, true), GlassBackground::windowColor(true));
-    // Nothing but the overlay at half strength, drawn at half opacity: a quarter alpha.
-    lumetra::AppearanceConfiguration thin = opaque;
-    thin.overlayOpacity = 0.5;
-    thin.backgroundOpacity = 0.5;
-    EXPECT_NEAR(GlassBackground::compositeColor(thin, false).alphaF(), 0.25, 0.01);
-    // `automatic` under glass is the HUD material.
-    lumetra::AppearanceConfiguration hud = glass;
-    hud.material = lumetra::VisualEffectMaterial::hud;
-    glass.material = lumetra::VisualEffectMaterial::automatic;
-    EXPECT_EQ(GlassBackground::materialTint(glass, true), GlassBackground::materialTint(hud, true));
-    // Opaque drawing (no compositor) ends fully opaque.
-    EXPECT_EQ(GlassBackground::compositeColor(glass, false, true).alpha(), 255);
-}

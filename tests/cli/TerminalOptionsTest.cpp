@@ -1,5 +1,7 @@
 #include "cli/TerminalOptions.h"
 
+#include "support/FixtureTree.h"
+
 #include <gtest/gtest.h>
 
 using namespace lumetra;
@@ -7,37 +9,34 @@ using Action = TerminalOptions::Action;
 
 namespace {
 
-TEST(TerminalOptionsTest, ParsesTheActionAndFormat) {
-    for (const auto& [arguments, action, format] :
-         std::initializer_list<std::tuple<QStringList, Action, OutputFormat>>{
-             {{}, Action::runPanel, OutputFormat::text},
-             {{"--print"}, Action::print, OutputFormat::text},
-             {{"--watch", "--format", "json"}, Action::watch, OutputFormat::json},
-             {{"--print", "--format=waybar"}, Action::print, OutputFormat::waybar},
-             {{"--format", "i3bar"}, Action::watch, OutputFormat::i3bar}, // implies --watch
-             {{"--root", "/"}, Action::watch, OutputFormat::text},        // so does --root
-             {{"--print", "--help", "--bogus"}, Action::help, OutputFormat::text},
-             {{"--version"}, Action::version, OutputFormat::text}}) {
-        const std::string trace = arguments.join(' ').toStdString();
-        const TerminalOptionsParse parsed = parseTerminalOptions(arguments);
+// --format and --root imply --watch; --top takes a count for json and waybar, in any order.
+TEST(TerminalOptionsTest, ParsesTheActionFormatAndTop) {
+    struct Case {
+        QStringList arguments;
+        Action action;
+        OutputFormat format;
+        int top = 0;
+    };
+    using enum OutputFormat;
+    const Case cases[] = {
+        {{}, Action::runPanel, text},
+        {{"--print"}, Action::print, text},
+        {{"--watch", "--format", "json"}, Action::watch, json},
+        {{"--print", "--format=waybar"}, Action::print, waybar},
+        {{"--format", "i3bar"}, Action::watch, i3bar},
+        {{"--root", "/"}, Action::watch, text},
+        {{"--print", "--help", "--bogus"}, Action::help, text},
+        {{"--version"}, Action::version, text},
+        {{"--format", "json", "--top", "5"}, Action::watch, json, 5},
+        {{"--top=3", "--format=waybar"}, Action::watch, waybar, 3},
+        {{"--print", "--format", "json", "--top", "100"}, Action::print, json, 100}};
+    for (const Case& c : cases) {
+        const std::string trace = c.arguments.join(' ').toStdString();
+        const TerminalOptionsParse parsed = parseTerminalOptions(c.arguments);
         ASSERT_TRUE(parsed.options) << trace << ": " << parsed.error.toStdString();
-        EXPECT_EQ(parsed.options->action, action) << trace;
-        EXPECT_EQ(parsed.options->format, format) << trace;
-    }
-}
-
-TEST(TerminalOptionsTest, TopTakesACountForJsonAndWaybar) {
-    for (const auto& [arguments, action, top] :
-         std::initializer_list<std::tuple<QStringList, Action, int>>{
-             {{"--format", "json"}, Action::watch, 0},
-             {{"--format", "json", "--top", "5"}, Action::watch, 5},
-             {{"--top=3", "--format=waybar"}, Action::watch, 3}, // implies --watch, any order
-             {{"--print", "--format", "json", "--top", "100"}, Action::print, 100}}) {
-        const std::string trace = arguments.join(' ').toStdString();
-        const TerminalOptionsParse parsed = parseTerminalOptions(arguments);
-        ASSERT_TRUE(parsed.options) << trace << ": " << parsed.error.toStdString();
-        EXPECT_EQ(parsed.options->action, action) << trace;
-        EXPECT_EQ(parsed.options->top, top) << trace;
+        EXPECT_EQ(parsed.options->action, c.action) << trace;
+        EXPECT_EQ(parsed.options->format, c.format) << trace;
+        EXPECT_EQ(parsed.options->top, c.top) << trace;
     }
 }
 
@@ -66,6 +65,17 @@ TEST(TerminalOptionsTest, RejectsWithAClearMessage) {
         EXPECT_TRUE(parsed.error.contains(messagePart) && parsed.error.contains("lumetra --help"))
             << parsed.error.toStdString();
     }
+}
+
+// proc/stat and proc/meminfo must be readable regular files (a tree without proc/stat: the
+// end-to-end test); the first one that is not is named.
+TEST(TerminalOptionsTest, NamesTheKernelFileATreeLacks) {
+    const lumetra::testing::ScratchTree tree;
+    const QString root = QString::fromStdString(tree.root());
+    tree.write("proc/stat", "cpu  1 2 3 4\n");
+    EXPECT_EQ(missingKernelFile(root), root + "/proc/meminfo: No such file or directory");
+    tree.makeDirectory("proc/meminfo");
+    EXPECT_EQ(missingKernelFile(root), root + "/proc/meminfo: not a regular file");
 }
 
 } // namespace

@@ -2,7 +2,6 @@
 
 #include "model/Logging.h"
 #include "support/AppStateHarness.h"
-#include "support/Cases.h"
 #include "support/LogCapture.h"
 
 #include <QSignalSpy>
@@ -17,83 +16,70 @@ namespace {
 
 using Harness = lumetra::testing::AppStateHarness;
 
-struct PromptRuleCase {
-    std::string name;
-    qint64 launchCount;
-    std::optional<QString> dismissed;
-    bool expected;
-};
-
-class SupportPromptRuleTest : public ::testing::TestWithParam<PromptRuleCase> {};
-
-TEST_P(SupportPromptRuleTest, AsksOnTheListedLaunchesUnlessDismissedForThisVersion) {
-    const PromptRuleCase& c = GetParam();
-    EXPECT_EQ(AppState::shouldShowSupportPrompt(c.launchCount, QStringLiteral("1.2"), c.dismissed),
-              c.expected);
+// Launches 3, 15, 50, 150 and 400 ask, unless the prompt was dismissed for exactly this
+// version: "1.2.0" is another version than "1.2".
+TEST(AppStateTest, SupportPromptAsksOnTheListedLaunchesUnlessDismissedForThisVersion) {
+    struct Case {
+        qint64 launchCount;
+        std::optional<QString> dismissed;
+        bool expected;
+    };
+    const std::nullopt_t none = std::nullopt;
+    const Case cases[] = {{3, none, true},    {4, none, false},   {15, none, true},
+                          {50, none, true},   {150, none, true},  {400, none, true},
+                          {401, none, false}, {0, none, false},   {15, "1.2", false},
+                          {15, "1.1", true},  {15, "1.2.0", true}};
+    for (const Case& c : cases) {
+        EXPECT_EQ(AppState::shouldShowSupportPrompt(c.launchCount, "1.2", c.dismissed), c.expected)
+            << c.launchCount << ' ' << c.dismissed.value_or("-").toStdString();
+    }
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    Cases, SupportPromptRuleTest,
-    ::testing::Values(PromptRuleCase{"Launch3", 3, std::nullopt, true},
-                      PromptRuleCase{"Launch4", 4, std::nullopt, false},
-                      PromptRuleCase{"Launch15", 15, std::nullopt, true},
-                      PromptRuleCase{"Launch50", 50, std::nullopt, true},
-                      PromptRuleCase{"Launch150", 150, std::nullopt, true},
-                      PromptRuleCase{"Launch400", 400, std::nullopt, true},
-                      PromptRuleCase{"Launch401", 401, std::nullopt, false},
-                      PromptRuleCase{"Launch0", 0, std::nullopt, false},
-                      PromptRuleCase{"DismissedThisVersion", 15, QStringLiteral("1.2"), false},
-                      PromptRuleCase{"DismissedOlderVersion", 15, QStringLiteral("1.1"), true},
-                      // Exact string equality: "1.2.0" is another version.
-                      PromptRuleCase{"DismissedLongerSpelling", 15, QStringLiteral("1.2.0"), true}),
-    lumetra::testing::byName);
-
-struct LaunchCase {
-    std::string name;
-    qint64 previousLaunches;
-    bool onboardingCompleted;
-    std::optional<QByteArray> uiTestVariable;
-    bool expectPrompt;
-};
-
-class RecordLaunchTest : public ::testing::TestWithParam<LaunchCase> {};
-
-TEST_P(RecordLaunchTest, CountsTheLaunchAndAsksForSupportTwoSecondsLater) {
-    const LaunchCase& c = GetParam();
-    if (c.uiTestVariable)
-        qputenv("LUMETRA_UITEST_OPEN_SETTINGS", *c.uiTestVariable);
-    else
-        qunsetenv("LUMETRA_UITEST_OPEN_SETTINGS");
-    Harness harness;
-    harness.settings->setLaunchCount(c.previousLaunches);
-    harness.settings->setHasCompletedOnboarding(c.onboardingCompleted);
-    QSignalSpy prompt(&harness.state(), &AppState::supportPromptRequested);
-
-    harness.state().recordLaunch();
-
-    EXPECT_EQ(harness.settings->launchCount(), c.previousLaunches + 1);
-    EXPECT_EQ(harness.stored("launchCount").toLongLong(), c.previousLaunches + 1);
-    QTest::qWait(1800);
-    EXPECT_EQ(prompt.count(), 0) << "not before 2.0 s";
-    if (c.expectPrompt)
-        EXPECT_TRUE(prompt.wait(1000));
-    else
-        EXPECT_FALSE(prompt.wait(500));
+// Each launch is counted at once; on a launch the rule names, after onboarding and not under
+// the UI-test hook (exactly "1", see UiTestHookIsExactlyOne), the support prompt is asked for
+// 2.0 s later.
+TEST(AppStateTest, CountsTheLaunchAndAsksForSupportTwoSecondsLater) {
+    struct Case {
+        const char* name;
+        qint64 previousLaunches;
+        bool onboardingCompleted;
+        bool uiTest;
+        bool expectPrompt;
+    };
+    const Case cases[] = {{"third", 2, true, false, true},
+                          {"fourth", 3, true, false, false},
+                          {"third before onboarding", 2, false, false, false},
+                          {"third under the UI-test hook", 2, true, true, false}};
+    std::vector<std::unique_ptr<Harness>> harnesses;
+    std::vector<std::unique_ptr<QSignalSpy>> prompts;
+    for (const Case& c : cases) {
+        Harness& harness = *harnesses.emplace_back(std::make_unique<Harness>());
+        harness.settings->setLaunchCount(c.previousLaunches);
+        harness.settings->setHasCompletedOnboarding(c.onboardingCompleted);
+        prompts.push_back(
+            std::make_unique<QSignalSpy>(&harness.state(), &AppState::supportPromptRequested));
+    }
+    // All launches at once, so one wait serves every case.
+    for (std::size_t i = 0; i < std::size(cases); ++i) {
+        cases[i].uiTest ? qputenv("LUMETRA_UITEST_OPEN_SETTINGS", "1")
+                        : qunsetenv("LUMETRA_UITEST_OPEN_SETTINGS");
+        harnesses[i]->state().recordLaunch();
+    }
     qunsetenv("LUMETRA_UITEST_OPEN_SETTINGS");
+    QTest::qWait(1800);
+    for (const auto& prompt : prompts)
+        EXPECT_EQ(prompt->count(), 0) << "not before 2.0 s";
+    QTest::qWait(700);
+    for (std::size_t i = 0; i < std::size(cases); ++i) {
+        SCOPED_TRACE(cases[i].name);
+        EXPECT_EQ(harnesses[i]->settings->launchCount(), cases[i].previousLaunches + 1);
+        EXPECT_EQ(harnesses[i]->stored("launchCount").toLongLong(), cases[i].previousLaunches + 1);
+        EXPECT_EQ(prompts[i]->count(), cases[i].expectPrompt ? 1 : 0);
+    }
 }
-
-INSTANTIATE_TEST_SUITE_P(
-    Cases, RecordLaunchTest,
-    ::testing::Values(
-        LaunchCase{"Third", 2, true, std::nullopt, true},
-        LaunchCase{"Fourth", 3, true, std::nullopt, false},
-        LaunchCase{"ThirdBeforeOnboarding", 2, false, std::nullopt, false},
-        // The UI-test hook (exactly "1", see UiTestHookIsExactlyOne) suppresses the prompt.
-        LaunchCase{"UiTestOne", 2, true, QByteArray("1"), false}),
-    lumetra::testing::byName);
 
 TEST(AppStateTest, UiTestHookIsExactlyOne) {
-    const std::vector<std::pair<QByteArray, bool>> cases{
+    const std::pair<QByteArray, bool> cases[] = {
         {"1", true}, {"true", false}, {"01", false}, {"", false}, {" 1", false}};
     for (const auto& [value, expected] : cases) {
         qputenv("LUMETRA_UITEST_OPEN_SETTINGS", value);
@@ -103,47 +89,37 @@ TEST(AppStateTest, UiTestHookIsExactlyOne) {
     EXPECT_FALSE(AppState::uiTestOpensSettings());
 }
 
-struct LoginCase {
-    std::string name;
-    bool stored;         // launchAtLogin in the settings file
-    bool serviceEnabled; // what the login item reports
-    std::optional<QString> failure;
-    QStringList expectedCalls;
-    bool expectLogLine;
-};
+// At start the login item is brought in line with the setting, with no call when it already
+// is; a failure is logged, and the setting is never changed back.
+TEST(AppStateTest, BringsTheLoginItemInLineAtStartWithoutNeedlessCalls) {
+    struct Case {
+        bool stored;         // launchAtLogin in the settings file
+        bool serviceEnabled; // what the login item reports
+        const char* failure;
+        const char* expectedCall; // none: no call
+    };
+    const Case cases[] = {{true, true, nullptr, nullptr},
+                          {true, false, nullptr, "register"},
+                          {false, false, nullptr, nullptr},
+                          {false, true, nullptr, "unregister"},
+                          {true, false, "/x: Permission denied", "register"}};
+    for (const Case& c : cases) {
+        SCOPED_TRACE(std::to_string(&c - cases));
+        Harness harness(c.stored ? QByteArray(R"({"launchAtLogin": true})") : QByteArray("{}"));
+        harness.loginItem.enabled = c.serviceEnabled;
+        if (c.failure)
+            harness.loginItem.failure = c.failure;
+        LogCapture log(logUi());
 
-class LoginItemSyncTest : public ::testing::TestWithParam<LoginCase> {};
+        harness.state();
 
-TEST_P(LoginItemSyncTest, BringsTheLoginItemInLineAtStartWithoutNeedlessCalls) {
-    const LoginCase& c = GetParam();
-    Harness harness(c.stored ? QByteArray(R"({"launchAtLogin": true})") : QByteArray("{}"));
-    harness.loginItem.enabled = c.serviceEnabled;
-    harness.loginItem.failure = c.failure;
-    LogCapture log(logUi());
-
-    harness.state();
-
-    EXPECT_EQ(harness.loginItem.calls, c.expectedCalls);
-    EXPECT_EQ(log.lines().filter(QStringLiteral("Failed to update login item:")).size(),
-              c.expectLogLine ? 1 : 0);
-    // The setting is never changed back.
-    EXPECT_EQ(harness.settings->launchAtLogin(), c.stored);
+        EXPECT_EQ(harness.loginItem.calls,
+                  c.expectedCall ? QStringList{c.expectedCall} : QStringList());
+        EXPECT_EQ(log.lines().filter(QStringLiteral("Failed to update login item:")).size(),
+                  c.failure ? 1 : 0);
+        EXPECT_EQ(harness.settings->launchAtLogin(), c.stored);
+    }
 }
-
-INSTANTIATE_TEST_SUITE_P(
-    Cases, LoginItemSyncTest,
-    ::testing::Values(
-        LoginCase{"EnabledAlready", true, true, std::nullopt, {}, false},
-        LoginCase{"EnableIt", true, false, std::nullopt, {QStringLiteral("register")}, false},
-        LoginCase{"DisabledAlready", false, false, std::nullopt, {}, false},
-        LoginCase{"DisableIt", false, true, std::nullopt, {QStringLiteral("unregister")}, false},
-        LoginCase{"RegisterFails",
-                  true,
-                  false,
-                  QStringLiteral("/x: Permission denied"),
-                  {QStringLiteral("register")},
-                  true}),
-    lumetra::testing::byName);
 
 TEST(AppStateTest, EffectiveAppearanceFollowsModeAndFlagsAndNotifiesOnlyOnChange) {
     Harness harness;
@@ -163,16 +139,6 @@ TEST(AppStateTest, EffectiveAppearanceFollowsModeAndFlagsAndNotifiesOnlyOnChange
     harness.appearance.setFlags(true, false);
     harness.settings->setAppearanceMode(AppearanceMode::solid);
     EXPECT_EQ(changed.count(), 2);
-}
-
-TEST(AppStateTest, IntervalBindingsStoreTheValue) {
-    Harness harness;
-    AppState& state = harness.state();
-    state.setUpdateInterval(UpdateInterval::five);
-    state.setTemperatureInterval(TemperatureInterval::ten);
-    EXPECT_EQ(state.updateInterval(), UpdateInterval::five);
-    EXPECT_EQ(harness.stored("updateInterval").toDouble(), 5.0);
-    EXPECT_EQ(harness.stored("temperatureInterval").toDouble(), 10.0);
 }
 
 } // namespace

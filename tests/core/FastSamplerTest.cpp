@@ -43,13 +43,16 @@ struct ScriptedDisks : DiskIOProviding {
 };
 
 // The first counters are only a baseline; a failed reading gives no rates and keeps the
-// baseline, so the next tick measures over both intervals. Network and disks alike.
+// baseline, so the next tick measures over both intervals; a reading at the same instant gives
+// no rates either, yet becomes the baseline. Network and disks alike; without a disk reader
+// there are simply no disk rates.
 TEST(FastSamplerTest, RatesNeedABaselineThatAFailedReadingKeeps) {
     auto machine = std::make_shared<SteadyMachine>();
     auto network = std::make_shared<ScriptedNetwork>();
     auto disks = std::make_shared<ScriptedDisks>();
-    network->script.readings = {NetworkCounterSample{at(0), 0, 0}, std::nullopt,
-                                NetworkCounterSample{at(2), 4000, 2000}};
+    network->script.readings = {
+        NetworkCounterSample{at(0), 0, 0}, std::nullopt, NetworkCounterSample{at(2), 4000, 2000},
+        NetworkCounterSample{at(2), 6000, 6000}, NetworkCounterSample{at(3), 7000, 6500}};
     disks->script.readings = {DiskIOCounterSample{at(0), 0, 0, {QStringLiteral("sda")}},
                               std::nullopt,
                               DiskIOCounterSample{at(2), 1024, 512, {QStringLiteral("sda")}}};
@@ -69,15 +72,15 @@ TEST(FastSamplerTest, RatesNeedABaselineThatAFailedReadingKeeps) {
     EXPECT_DOUBLE_EQ(third.diskIO->read, 512);
     EXPECT_DOUBLE_EQ(third.diskIO->write, 256);
     EXPECT_EQ(third.diskIO->devices, QStringList{QStringLiteral("sda")});
-}
+    EXPECT_FALSE(sampler.sample().network) << "no time passed";
+    const FastSample fifth = sampler.sample();
+    ASSERT_TRUE(fifth.network);
+    EXPECT_DOUBLE_EQ(fifth.network->download, 1000);
+    EXPECT_DOUBLE_EQ(fifth.network->upload, 500);
 
-// Without a disk reader there are simply no disk rates.
-TEST(FastSamplerTest, NoDiskReaderNoDiskRates) {
-    auto machine = std::make_shared<SteadyMachine>();
-    auto network = std::make_shared<ScriptedNetwork>();
-    FastSampler sampler({machine, machine, network, nullptr});
-    EXPECT_FALSE(sampler.sample().diskIO);
-    EXPECT_FALSE(sampler.sample().diskIO);
+    FastSampler diskless({machine, machine, network, nullptr});
+    EXPECT_FALSE(diskless.sample().diskIO);
+    EXPECT_FALSE(diskless.sample().diskIO);
 }
 
 // A reading switched off is not taken at all (a terminal line that does not show it), and

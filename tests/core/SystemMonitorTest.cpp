@@ -77,19 +77,13 @@ protected:
 
 // With 30 s intervals, anything seen within the wait came without sleeping first.
 TEST_F(SystemMonitorTest, FirstTickIsImmediateAndARestartMeasuresOverThePause) {
-    machine->snapshots.values = {MemorySnapshot{4096, 8192}};
     machine->samples.values = {counters(0, 1000, 1000), counters(10, 11'000, 6'000)};
     auto monitor = makeMonitor(30, 30);
     const Instant before = WallClock::now();
     monitor->start();
     ASSERT_TRUE(waitFor([&] { return ticks(*monitor) == 1; }));
-    const SystemMetrics first = monitor->metrics();
-    EXPECT_EQ(first.cpuUsage, 0);
-    EXPECT_EQ(first.downloadBytesPerSecond, 0);
-    EXPECT_EQ(first.uploadBytesPerSecond, 0);
-    EXPECT_EQ(first.memoryUsed, 4096u);
-    EXPECT_DOUBLE_EQ(first.memoryPercentage, 50);
-    EXPECT_GE(first.timestamp, before);
+    EXPECT_EQ(monitor->metrics().downloadBytesPerSecond, 0) << "the first counters: a baseline";
+    EXPECT_GE(monitor->metrics().timestamp, before);
 
     monitor->stop();
     monitor->start(); // a fresh loop ticks at once, though the old one slept for 30 s
@@ -112,89 +106,48 @@ TEST_F(SystemMonitorTest, StartingTwiceRunsOneLoopAndIntervalsApplyFromTheNextSl
     EXPECT_TRUE(waitFor([&] { return machine->usage.calls() >= 10; }));
 }
 
-// The rates each tick shows, from the counters read in turn (none: a failed reading).
-TEST_F(SystemMonitorTest, SchedulerTurnsCountersIntoRates) {
-    using Samples = std::vector<std::optional<NetworkCounterSample>>;
-    for (const auto& [samples, expected] :
-         std::initializer_list<std::pair<Samples, std::vector<NetworkRates>>>{
-             {{counters(0, 0, 0), counters(2, 4000, 2000)}, {{0, 0}, {2000, 1000}}},
-             {{counters(0, 5000, 100), counters(1, 1000, 300)}, {{0, 0}, {0, 200}}}, // a drop
-             // An equal timestamp shows the previous rates, yet the reading becomes the baseline.
-             {{counters(0, 0, 0), counters(1, 100, 100), counters(1, 900, 900),
-               counters(2, 1900, 1900)},
-              {{0, 0}, {100, 100}, {100, 100}, {1000, 1000}}},
-             {{counters(0, 0, 0), std::nullopt, counters(2, 3000, 0)},
-              {{0, 0}, {0, 0}, {1500, 0}}}}) {
-        machine = std::make_shared<FakeMachine>();
-        machine->samples.values = samples;
-        auto monitor = makeMonitor(0.01, 10);
-        std::vector<NetworkRates> shown;
-        QObject::connect(monitor.get(), &SystemMonitor::metricsChanged, [&] {
-            shown.resize(ticks(*monitor));
-            shown.back() = {monitor->metrics().downloadBytesPerSecond,
-                            monitor->metrics().uploadBytesPerSecond};
-        });
-        monitor->start();
-        ASSERT_TRUE(waitFor([&] { return shown.size() >= samples.size(); }));
-        monitor->stop();
-        shown.resize(samples.size());
-        EXPECT_TRUE(shown == expected) << "case with " << samples.size() << " samples";
-    }
-}
-
-// Memory samples in turn: the percentage is clamped to 0–100, and a failed reading keeps the
-// last values and adds nothing to the memory history.
-TEST_F(SystemMonitorTest, MemoryPercentageAndHistory) {
+// Samples in turn fill the record: the memory percentage clamped to 0–100, the cores from the
+// same reading as the total, swap with the memory reading (its graph only when there is swap),
+// the disk rates beside the network's. A failed reading keeps the last values, marked as not
+// read, and adds nothing to the graphs; a tick without rates keeps the last ones.
+TEST_F(SystemMonitorTest, FastSamplesFillTheRecordAndTheHistories) {
     auto monitor = makeMonitor();
     const auto normal = MemoryPressureLevel::normal;
-    monitor->applyFastSample(
-        {CPUUsage{10, {}}, MemorySnapshot{300, 400}, normal, NetworkRates{5, 6}});
-    EXPECT_TRUE(monitor->metrics().memoryValid && monitor->metrics().cpuUsageValid);
-    monitor->applyFastSample(
-        {std::nullopt, std::nullopt, MemoryPressureLevel::critical, std::nullopt});
-    EXPECT_FALSE(monitor->metrics().memoryValid) << "kept, but marked as not read";
-    EXPECT_FALSE(monitor->metrics().cpuUsageValid);
-    EXPECT_EQ(monitor->metrics().memoryUsed, 300u);
-    EXPECT_EQ(monitor->metrics().memoryPressure, MemoryPressureLevel::critical);
-    EXPECT_EQ(monitor->metrics().downloadBytesPerSecond, 5) << "the last known rate stays";
-    monitor->applyFastSample({CPUUsage{0, {}}, MemorySnapshot{100, 0}, normal, std::nullopt});
-    EXPECT_EQ(monitor->metrics().memoryPercentage, 0);
-    monitor->applyFastSample({CPUUsage{0, {}}, MemorySnapshot{900, 400}, normal, std::nullopt});
-    const auto history = monitor->histories().memory.elements();
-    EXPECT_EQ(std::vector<double>(history.begin(), history.end()),
-              (std::vector<double>{75, 0, 100}));
-    EXPECT_EQ(ticks(*monitor), 4u);
-}
-
-// One sample carries the cores, swap and disk rates into the record: the cores from the same
-// reading as the total, swap with the memory reading (and its graph only when there is swap),
-// the disk rates kept when a tick has none, as the network's are.
-TEST_F(SystemMonitorTest, CoresSwapAndDiskRatesTravelWithTheSample) {
-    auto monitor = makeMonitor();
     MemorySnapshot memory{300, 400};
     memory.swapUsed = 50;
     memory.swapTotal = 200;
-    monitor->applyFastSample({CPUUsage{30, {20, 40}}, memory, MemoryPressureLevel::normal,
-                              std::nullopt, DiskIORates{1000, 2000, {QStringLiteral("sda")}}});
-    const SystemMetrics& first = monitor->metrics();
-    EXPECT_EQ(first.cpuCores, (std::vector<double>{20, 40}));
-    EXPECT_EQ(first.swapUsed, 50u);
-    EXPECT_EQ(first.swapTotal, 200u);
-    EXPECT_EQ(first.diskReadBytesPerSecond, 1000);
-    EXPECT_EQ(first.diskWriteBytesPerSecond, 2000);
-    EXPECT_EQ(first.diskDevices, QStringList{QStringLiteral("sda")});
+    monitor->applyFastSample({CPUUsage{10, {20, 40}}, memory, normal, NetworkRates{5, 6},
+                              DiskIORates{1000, 2000, {QStringLiteral("sda")}}});
+    const SystemMetrics& record = monitor->metrics();
+    EXPECT_TRUE(record.memoryValid && record.cpuUsageValid);
+    EXPECT_EQ(record.cpuCores, (std::vector<double>{20, 40}));
+    EXPECT_EQ(record.swapUsed, 50u);
+    EXPECT_EQ(record.swapTotal, 200u);
+    EXPECT_EQ(record.diskReadBytesPerSecond, 1000);
+    EXPECT_EQ(record.diskWriteBytesPerSecond, 2000);
+    EXPECT_EQ(record.diskDevices, QStringList{QStringLiteral("sda")});
 
-    MemorySnapshot noSwap{300, 400};
+    monitor->applyFastSample({std::nullopt, std::nullopt, MemoryPressureLevel::critical});
+    EXPECT_FALSE(monitor->metrics().memoryValid) << "kept, but marked as not read";
+    EXPECT_FALSE(monitor->metrics().cpuUsageValid);
+    EXPECT_TRUE(monitor->metrics().cpuCores.empty()) << "no cores without a CPU reading";
+    EXPECT_EQ(monitor->metrics().memoryUsed, 300u);
+    EXPECT_EQ(monitor->metrics().memoryPressure, MemoryPressureLevel::critical);
+    EXPECT_EQ(monitor->metrics().downloadBytesPerSecond, 5) << "the last known rate stays";
+    EXPECT_EQ(monitor->metrics().diskReadBytesPerSecond, 1000);
+    MemorySnapshot noSwap{100, 0};
     noSwap.swapUsed = 0;
     noSwap.swapTotal = 0;
-    monitor->applyFastSample(
-        {std::nullopt, noSwap, MemoryPressureLevel::normal, std::nullopt, std::nullopt});
-    const SystemMetrics& second = monitor->metrics();
-    EXPECT_TRUE(second.cpuCores.empty()) << "no cores without a CPU reading";
-    EXPECT_EQ(second.swapTotal, 0u);
-    EXPECT_EQ(second.diskReadBytesPerSecond, 1000) << "the last known rate stays";
+    monitor->applyFastSample({CPUUsage{0, {}}, noSwap, normal});
+    EXPECT_EQ(monitor->metrics().memoryPercentage, 0);
+    EXPECT_EQ(monitor->metrics().swapTotal, 0u);
+    monitor->applyFastSample({CPUUsage{0, {}}, MemorySnapshot{900, 400}, normal});
+    const auto history = monitor->histories().memory.elements();
+    EXPECT_EQ(std::vector<double>(history.begin(), history.end()),
+              (std::vector<double>{75, 0, 100}));
     const auto swap = monitor->histories().swap.elements();
     EXPECT_EQ(std::vector<double>(swap.begin(), swap.end()), std::vector<double>{25});
+    EXPECT_EQ(ticks(*monitor), 4u);
 }
 
 TEST_F(SystemMonitorTest, EqualThermalReadingOrDiskListNotifiesNobody) {

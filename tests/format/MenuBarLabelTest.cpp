@@ -35,47 +35,37 @@ LabelSettings only(std::initializer_list<M> metrics,
     return settings;
 }
 
-struct LabelCase {
-    std::string name;
-    LabelSettings settings;
-    const char* expected;
-    std::optional<double> temperature = 52.4;
-};
-
-class LabelTextFormatsTest : public ::testing::TestWithParam<LabelCase> {};
-
-TEST_P(LabelTextFormatsTest, BuildsTheTextLine) {
-    EXPECT_EQ(labelText(sample(GetParam().temperature), GetParam().settings),
-              QString::fromUtf8(GetParam().expected));
+// The text line in every memory, temperature and separator format; a missing temperature is
+// left out, and nothing to show leaves the name.
+TEST(MenuBarLabelTest, BuildsTheTextLine) {
+    using Memory = MemoryDisplayFormat;
+    using Temperature = TemperatureDisplayFormat;
+    using Separator = MenuBarSeparator;
+    struct Case {
+        LabelSettings settings;
+        const char* expected;
+        std::optional<double> temperature = 52.4;
+    };
+    const Case cases[] = {
+        {LabelSettings(), "CPU 14%  RAM 47%  52°C  ↓ 0 B/s  ↑ 0 B/s"},
+        {only({M::memory, M::temperature}, Memory::usedOverTotal, Temperature::degreesWithUnit,
+              Separator::dot),
+         "3.0 GB / 16.0 GB · 52°C"},
+        {only({M::memory, M::temperature}, Memory::usedOnly, Temperature::degreesOnly),
+         "RAM 3.0 GB  52°"},
+        {only({M::memory, M::temperature}, Memory::both, Temperature::labeledCPU,
+              Separator::verticalBar),
+         "RAM 3.0 GB 47% | CPU 52°C"},
+        {only({M::cpu, M::temperature}, Memory::percentageOnly, Temperature::labeledTemp,
+              Separator::bullet),
+         "CPU 14% • Temp 52°C"},
+        {only({M::cpu, M::cpu}), "CPU 14%  CPU 14%"},
+        {only({}), "lumetra"},
+        {only({M::cpu, M::temperature, M::upload}), "CPU 14%  ↑ 0 B/s", std::nullopt},
+        {only({M::temperature}), "lumetra", std::nullopt}};
+    for (const Case& c : cases)
+        EXPECT_EQ(labelText(sample(c.temperature), c.settings), QString::fromUtf8(c.expected));
 }
-
-using Memory = MemoryDisplayFormat;
-using Temperature = TemperatureDisplayFormat;
-using Separator = MenuBarSeparator;
-INSTANTIATE_TEST_SUITE_P(
-    Formats, LabelTextFormatsTest,
-    ::testing::Values(
-        LabelCase{"Default", LabelSettings(), "CPU 14%  RAM 47%  52°C  ↓ 0 B/s  ↑ 0 B/s"},
-        LabelCase{"UsedOverTotalHasNoPrefix",
-                  only({M::memory, M::temperature}, Memory::usedOverTotal,
-                       Temperature::degreesWithUnit, Separator::dot),
-                  "3.0 GB / 16.0 GB · 52°C"},
-        LabelCase{"UsedOnly", only({M::memory}, Memory::usedOnly, Temperature::degreesOnly),
-                  "RAM 3.0 GB"},
-        LabelCase{"BothAndLabeledCPU",
-                  only({M::memory, M::temperature}, Memory::both, Temperature::labeledCPU,
-                       Separator::verticalBar),
-                  "RAM 3.0 GB 47% | CPU 52°C"},
-        LabelCase{"LabeledTempAndBullet",
-                  only({M::cpu, M::temperature}, Memory::percentageOnly, Temperature::labeledTemp,
-                       Separator::bullet),
-                  "CPU 14% • Temp 52°C"},
-        LabelCase{"DuplicatesKept", only({M::cpu, M::cpu}), "CPU 14%  CPU 14%"},
-        LabelCase{"NothingEnabled", only({}), "lumetra"},
-        LabelCase{"MissingTemperatureIsLeftOut", only({M::cpu, M::temperature, M::upload}),
-                  "CPU 14%  ↑ 0 B/s", std::nullopt},
-        LabelCase{"OnlyAMissingTemperature", only({M::temperature}), "lumetra", std::nullopt}),
-    lumetra::testing::byName);
 
 TEST(ChipsTest, OneChipPerMetricWithGraphsAndLevels) {
     SystemMetrics metrics = sample();
@@ -95,13 +85,13 @@ TEST(ChipsTest, OneChipPerMetricWithGraphsAndLevels) {
 // The temperature's level turns orange at 80 °C and red at 92 °C; without one it is secondary.
 TEST(ChipsTest, TemperatureChipTextAndLevel) {
     using enum LevelColor;
-    for (const auto& [celsius, text, color] :
-         std::initializer_list<std::tuple<std::optional<double>, const char*, LevelColor>>{
-             {std::nullopt, "Unavailable", secondary},
-             {79.9, "80°C", accent},
-             {80.0, "80°C", orange},
-             {92.0, "92°C", red},
-             {-40.0, "-40°C", accent}}) {
+    const std::tuple<std::optional<double>, const char*, LevelColor> cases[] = {
+        {std::nullopt, "Unavailable", secondary},
+        {79.9, "80°C", accent},
+        {80.0, "80°C", orange},
+        {92.0, "92°C", red},
+        {-40.0, "-40°C", accent}};
+    for (const auto& [celsius, text, color] : cases) {
         const auto row = chips(sample(celsius), MetricHistories{kNone, kNone, MetricHistory()},
                                only({M::temperature}));
         ASSERT_EQ(row.size(), 1);
@@ -110,37 +100,24 @@ TEST(ChipsTest, TemperatureChipTextAndLevel) {
     }
 }
 
-struct LineCase {
-    std::string name;
-    MenuBarDisplayStyle style;
-    const char* expected;
-};
-
-class LabelLineTest : public ::testing::TestWithParam<LineCase> {};
-
-// At 100 % the CPU's part of the line is red in every style.
-TEST_P(LabelLineTest, ChipsInTextForm) {
+// The chips in text form, in each style; at 100 % the CPU's part of the line is red.
+TEST(MenuBarLabelTest, LabelLineShowsTheChipsInTextForm) {
     SystemMetrics metrics = sample();
     metrics.cpuUsage = 100;
     LabelSettings settings = only({M::cpu, M::temperature, M::download});
-    settings.style = GetParam().style;
-    EXPECT_EQ(labelLine(metrics, MetricHistories{history({0, 50, 100}), kNone, MetricHistory()},
-                        settings),
-              QString::fromUtf8(GetParam().expected));
-    EXPECT_EQ(
-        levelColor(labelPieces(metrics, MetricHistories{kNone, kNone, MetricHistory()}, settings)
-                       .front()
-                       .percentage),
-        LevelColor::red);
+    for (const auto& [style, expected] :
+         {std::pair{MenuBarDisplayStyle::textOnly, "CPU 100%  52°C  ↓ 0 B/s"},
+          std::pair{MenuBarDisplayStyle::iconAndText, "C 100%  T 52°C  ↓ 0 B/s"},
+          std::pair{MenuBarDisplayStyle::compactGraph, "C ▁▄█ 100%  T 52°C  ↓ 0 B/s"},
+          std::pair{MenuBarDisplayStyle::miniBar, "C ▓▓▓▓▓ 100%  T ▓▓░░░ 52°C  ↓ 0 B/s"}}) {
+        settings.style = style;
+        EXPECT_EQ(labelLine(metrics, MetricHistories{history({0, 50, 100}), kNone, MetricHistory()},
+                            settings),
+                  QString::fromUtf8(expected));
+        EXPECT_EQ(levelColor(labelPieces(metrics, MetricHistories(), settings).front().percentage),
+                  LevelColor::red)
+            << expected;
+    }
 }
-
-INSTANTIATE_TEST_SUITE_P(
-    Styles, LabelLineTest,
-    ::testing::Values(
-        LineCase{"Text", MenuBarDisplayStyle::textOnly, "CPU 100%  52°C  ↓ 0 B/s"},
-        LineCase{"IconAndText", MenuBarDisplayStyle::iconAndText, "C 100%  T 52°C  ↓ 0 B/s"},
-        LineCase{"CompactGraph", MenuBarDisplayStyle::compactGraph, "C ▁▄█ 100%  T 52°C  ↓ 0 B/s"},
-        LineCase{"MiniBar", MenuBarDisplayStyle::miniBar, "C ▓▓▓▓▓ 100%  T ▓▓░░░ 52°C  ↓ 0 B/s"}),
-    lumetra::testing::byName);
 
 } // namespace

@@ -14,6 +14,7 @@
 using namespace lumetra;
 using lumetra::testing::readFile;
 using lumetra::testing::SmallFileSystem;
+using lumetra::testing::writeFile;
 using Failure = AtomicFileWriter::Failure;
 
 namespace {
@@ -25,12 +26,6 @@ QStringList entries(const QString& folder) {
 mode_t modeOf(const QString& path) {
     struct stat info {};
     return ::stat(QFile::encodeName(path).constData(), &info) == 0 ? info.st_mode & 07777 : 0;
-}
-
-void writeOld(const QString& path, const QByteArray& bytes) {
-    QFile out(path);
-    ASSERT_TRUE(out.open(QIODevice::WriteOnly));
-    out.write(bytes);
 }
 
 // Replaced whole, permissions kept, nothing left beside it; the folder is made when missing.
@@ -80,7 +75,7 @@ TEST(AtomicFileWriterTest, AFailureLeavesTheOldFileAsItWas) {
          }) {
         SCOPED_TRACE(c.name);
         QDir().mkpath(folder);
-        writeOld(path, old);
+        writeFile(path, old);
         disk.fill(c.pagesLeft);
         ASSERT_EQ(disk.freePages(), c.pagesLeft);
 
@@ -99,7 +94,7 @@ TEST(AtomicFileWriterTest, AFailureLeavesTheOldFileAsItWas) {
 TEST(AtomicFileWriterTest, TellsWhichStepFailed) {
     QTemporaryDir dir;
     // A file where the folder belongs: nothing can be created in it.
-    writeOld(dir.path() + "/lumetra", "not a folder");
+    writeFile(dir.path() + "/lumetra", "not a folder");
     const auto noFolder = AtomicFileWriter::write(dir.path() + "/lumetra/settings.json", "{}");
     EXPECT_EQ(noFolder.failure, Failure::create);
     EXPECT_EQ(noFolder.error, ENOTDIR);

@@ -61,7 +61,6 @@ TEST(SettingsStoreTest, EveryKeyReadsItsValueOrFallsBack) {
         const char* key;
         QByteArray stored;
         QByteArray expected;
-        bool writtenBack = false; // a stored order offered the metrics its file did not know
     };
     for (const Case& c : std::initializer_list<Case>{
              {"launchAtLogin", R"("true")", "false"},
@@ -72,23 +71,17 @@ TEST(SettingsStoreTest, EveryKeyReadsItsValueOrFallsBack) {
              {"automaticallyCheckForUpdates", "null", "true"},
              {"lastUpdateCheckDate", R"("2026-11-21T08:30:00Z")", kNone},
              // A list of metrics only when every element is a string; unknown names are
-             // dropped, nothing is added back, the order keeps duplicates.
+             // dropped, nothing is added back (stored orders: see the upgrade test).
              {"enabledMetrics", R"("cpu")", kDefaultEnabled},
              {"enabledMetrics", R"(["cpu", 2, "memory"])", kDefaultEnabled},
              {"enabledMetrics", R"(["gpu", "memory", "Upload", "memory"])", R"(["memory"])"},
              {"enabledMetrics", "[]", "[]"},
-             {"metricOrder", R"({"cpu": true})", kDefaultOrder},
-             // This file has no "knownMetrics", so the five-metric version wrote it: the
-             // metrics that came later are appended (the upgrade test has the other cases).
-             {"metricOrder", R"(["upload", "network", "cpu", "upload"])",
-              R"(["upload", "cpu", "upload", "swap", "diskRead", "diskWrite"])", true},
              // Raw values match exactly, case and spaces included.
              {"separator", R"("Dot")", R"("space")"},
              {"memoryFormat", R"(["usedOnly"])", R"("percentageOnly")"},
              // Not the first case: the temperature format falls back to the second.
              {"temperatureFormat", R"("celsius")", R"("degreesWithUnit")"},
              {"menuBarDisplayStyle", R"(" miniBar")", R"("textOnly")"},
-             {"menuBarDisplayStyle", data("miniBar"), R"("textOnly")"},
              {"themePreference", R"("Dark")", R"("system")"},
              {"appearanceMode", R"("Solid")", R"("glass")"},
              {"metricCardStyle", R"("compactRows")", R"("classic")"},
@@ -104,8 +97,7 @@ TEST(SettingsStoreTest, EveryKeyReadsItsValueOrFallsBack) {
         const LoadedStore loaded(fileWith(c.key, c.stored));
         EXPECT_EQ(read(loaded.store, c.key),
                   read(LoadedStore(fileWith(c.key, c.expected)).store, c.key));
-        EXPECT_EQ(loaded.bytes() == fileWith(c.key, c.stored), !c.writtenBack)
-            << "loading writes nothing but an upgraded order";
+        EXPECT_EQ(loaded.bytes(), fileWith(c.key, c.stored)) << "loading writes nothing";
     }
 }
 
@@ -148,57 +140,34 @@ TEST(SettingsStoreTest, EveryKeyIsWrittenAtOnceWithItsType) {
 TEST(SettingsStoreTest, AStoredOrderIsOfferedTheMetricsItsFileDidNotKnow) {
     struct Case {
         const char* name;
-        QByteArray known; // the stored "knownMetrics"
-        QByteArray order; // the stored "metricOrder"
-        QStringList expected;
+        QByteArray known;     // the stored "knownMetrics"
+        QByteArray order;     // the stored "metricOrder"
+        const char* expected; // the order read; nullptr: every metric
         bool writtenBack;
         int logLines = 0;
     };
     const QVariant every = parsed(fileWith("k", kDefaultOrder)).value("k");
-    const QStringList all = every.toStringList();
-    for (const Case& c : std::initializer_list<Case>{
-             {"written by the five-metric version",
-              kNone,
-              R"(["upload", "gpu", "cpu"])",
-              {"upload", "cpu", "swap", "diskRead", "diskWrite"},
-              true},
-             {"knowing every metric",
-              kDefaultOrder,
-              R"(["upload", "gpu", "cpu"])",
-              {"upload", "cpu"},
-              false},
-             {"from a later version",
-              R"(["gpu", "diskWrite", "diskRead", "swap", "upload",
-                "download", "temperature", "memory", "cpu"])",
-              R"(["cpu"])",
-              {"cpu"},
-              false},
-             {"knowing swap",
-              R"(["cpu", "memory", "temperature", "download", "upload", "swap"])",
-              R"(["memory"])",
-              {"memory", "diskRead", "diskWrite"},
-              true},
-             {"with swap placed by hand",
-              kNone,
-              R"(["swap", "cpu"])",
-              {"swap", "cpu", "diskRead", "diskWrite"},
-              true},
-             {"an emptied order", kNone, "[]", {"swap", "diskRead", "diskWrite"}, true},
-             {"without an order", kNone, kNone, all, false},
-             {"a bad order", kNone, "{}", all, false},
-             {"a string",
-              R"("cpu")",
-              R"(["cpu"])",
-              {"cpu", "swap", "diskRead", "diskWrite"},
-              true,
-              1},
-             {"a number in the list",
-              R"(["cpu", 1])",
-              R"(["cpu"])",
-              {"cpu", "swap", "diskRead", "diskWrite"},
-              true,
-              1},
-             {"an object", R"({"cpu": true})", kNone, all, false, 1}}) {
+    const QByteArray laterVersion = R"(["gpu", "diskWrite", "diskRead", "swap", "upload",
+                                        "download", "temperature", "memory", "cpu"])";
+    const QByteArray knowingSwap =
+        R"(["cpu", "memory", "temperature", "download", "upload", "swap"])";
+    const Case cases[] = {
+        // Unknown names are dropped, duplicates kept.
+        {"the five-metric version's", kNone, R"(["upload", "gpu", "cpu", "upload"])",
+         "upload cpu upload swap diskRead diskWrite", true},
+        {"knowing every metric", kDefaultOrder, R"(["upload", "gpu", "cpu"])", "upload cpu", false},
+        {"from a later version", laterVersion, R"(["cpu"])", "cpu", false},
+        {"knowing swap", knowingSwap, R"(["memory"])", "memory diskRead diskWrite", true},
+        {"with swap placed by hand", kNone, R"(["swap", "cpu"])", "swap cpu diskRead diskWrite",
+         true},
+        {"an emptied order", kNone, "[]", "swap diskRead diskWrite", true},
+        {"without an order", kNone, kNone, nullptr, false},
+        {"a bad order", kNone, "{}", nullptr, false},
+        {"a string", R"("cpu")", R"(["cpu"])", "cpu swap diskRead diskWrite", true, 1},
+        {"a number in the list", R"(["cpu", 1])", R"(["cpu"])", "cpu swap diskRead diskWrite", true,
+         1},
+        {"an object", R"({"cpu": true})", kNone, nullptr, false, 1}};
+    for (const Case& c : cases) {
         SCOPED_TRACE(c.name);
         // An unknown key, the metric switches and the order, each where the test has one.
         QByteArray file = R"({"futureSetting": [1, 2], "enabledMetrics": ["cpu"])";
@@ -214,17 +183,19 @@ TEST(SettingsStoreTest, AStoredOrderIsOfferedTheMetricsItsFileDidNotKnow) {
         for (MenuBarMetric metric : loaded.store.metricOrder())
             order << QString::fromLatin1(rawValue(metric).data(),
                                          qsizetype(rawValue(metric).size()));
-        EXPECT_EQ(order, c.expected);
+        const QStringList expected =
+            c.expected ? QString(c.expected).split(' ') : every.toStringList();
+        EXPECT_EQ(order, expected);
         EXPECT_EQ(loaded.store.enabledMetrics(), MenuBarMetricSet{MenuBarMetric::cpu});
         EXPECT_EQ(log.lines().size(), c.logLines) << log.lines().join('\n').toStdString();
         if (!c.writtenBack) {
             EXPECT_EQ(loaded.bytes(), file);
             continue;
         }
-        QVariantMap expected = parsed(file);
-        expected.insert("metricOrder", QVariant(c.expected).toList());
-        expected.insert("knownMetrics", every);
-        EXPECT_TRUE(SettingsFileFormat::identical(loaded.domain(), expected))
+        QVariantMap written = parsed(file);
+        written.insert("metricOrder", QVariant(expected).toList());
+        written.insert("knownMetrics", every);
+        EXPECT_TRUE(SettingsFileFormat::identical(loaded.domain(), written))
             << loaded.bytes().constData();
         // Written back, the file is read as it is now, and the next launch writes nothing.
         const LoadedStore next(loaded.bytes());

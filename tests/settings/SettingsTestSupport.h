@@ -23,6 +23,13 @@ inline QByteArray readFile(const QString& path) {
     return in.open(QIODevice::ReadOnly) ? in.readAll() : QByteArray();
 }
 
+// Replaces `path` with `bytes`.
+inline void writeFile(const QString& path, const QByteArray& bytes) {
+    QFile out(path);
+    ASSERT_TRUE(out.open(QIODevice::WriteOnly | QIODevice::Truncate)) << path.toStdString();
+    out.write(bytes);
+}
+
 inline QVariantMap parsed(QByteArrayView text) {
     return SettingsFileFormat::parse(text).domain.value();
 }
@@ -38,9 +45,7 @@ struct SettingsFolder {
     QByteArray bytes() const { return readFile(file()); }
     void write(const QByteArray& bytes) const {
         QDir().mkpath(directory());
-        QFile out(file());
-        ASSERT_TRUE(out.open(QIODevice::WriteOnly | QIODevice::Truncate));
-        out.write(bytes);
+        writeFile(file(), bytes);
     }
     // The file parsed with the typed encoding.
     QVariantMap domain() const { return parsed(bytes()); }

@@ -96,34 +96,22 @@ TEST_F(UserDefaultsAsAnotherUserTest, AnUnreadableFileIsLeftAloneUntilItCanBeRea
         const char* name;
         mode_t mode; // nobody's file with this mode; 0600 and root's for "another user's"
         bool nobodyOwnsIt;
-        QStringList steps;
-        QStringList separators;     // after each step
+        const char* steps;
+        const char* separators;     // after each step
         const char* logged;         // how the probe says why, after the file's name
         const char* savedSeparator; // none: the file must be untouched
     };
+    const char* unreadable = "cannot be read (Permission denied)";
     const Case cases[] = {
-        {"another user's file",
-         0600,
-         false,
-         {"separator=dot", "separator=bullet"},
-         {"dot", "bullet"},
-         "cannot be read (Permission denied)",
-         nullptr},
-        {"mode 000 from the start, given back",
-         0000,
-         true,
-         {"separator=dot", "chmod=600", "await-reload", "separator=bullet"},
-         {"dot", "dot", "verticalBar", "bullet"},
-         "cannot be read (Permission denied)",
-         "bullet"},
-        {"mode 000 while running, given back",
-         0600,
-         true,
-         {"chmod=000", "wait=300", "separator=dot", "chmod=600", "await-reload",
-          "separator=bullet"},
-         {"verticalBar", "verticalBar", "dot", "dot", "verticalBar", "bullet"},
-         "cannot be read any more (Permission denied)",
-         "bullet"},
+        {"another user's file", 0600, false, "separator=dot separator=bullet", "dot bullet",
+         unreadable, nullptr},
+        {"mode 000 from the start, given back", 0000, true,
+         "separator=dot chmod=600 await-reload separator=bullet", "dot dot verticalBar bullet",
+         unreadable, "bullet"},
+        {"mode 000 while running, given back", 0600, true,
+         "chmod=000 wait=300 separator=dot chmod=600 await-reload separator=bullet",
+         "verticalBar verticalBar dot dot verticalBar bullet",
+         "cannot be read any more (Permission denied)", "bullet"},
     };
     const QByteArray original = SettingsFileFormat::serialize(lumetra::testing::parsed(
         R"({"launchCount": 9, "separator": "verticalBar", "myNote": "kept"})"));
@@ -134,23 +122,19 @@ TEST_F(UserDefaultsAsAnotherUserTest, AnUnreadableFileIsLeftAloneUntilItCanBeRea
         const QString file = folder + "/settings.json";
         ASSERT_TRUE(QDir().mkpath(folder));
         giveToNobody(folder, 0755); // nobody could replace the file: it must choose not to
-        {
-            QFile out(file);
-            ASSERT_TRUE(out.open(QIODevice::WriteOnly));
-            out.write(original);
-        }
+        lumetra::testing::writeFile(file, original);
         if (c.nobodyOwnsIt)
             giveToNobody(file, c.mode);
         else
             ASSERT_EQ(::chmod(QFile::encodeName(file).constData(), c.mode), 0);
 
-        const ProbeRun run = runAsNobody(c.steps, QString(), configHome);
+        const ProbeRun run = runAsNobody(QString(c.steps).split(' '), QString(), configHome);
         ASSERT_EQ(run.exitCode, 0)
             << run.out.join('\n').toStdString() << run.log.join('\n').toStdString();
         QStringList separators;
         for (const QString& line : run.out.mid(1))
             separators << line.section('=', 1);
-        EXPECT_EQ(separators, c.separators);
+        EXPECT_EQ(separators.join(' '), c.separators);
         EXPECT_EQ(run.logged("Settings file " + file + " " + c.logged), 1)
             << run.log.join('\n').toStdString();
         EXPECT_EQ(run.logged("Could not save settings"), 0);

@@ -60,9 +60,7 @@ TEST(UserDefaultsTest, KeepsKeysNobodyAskedAboutAndRefusesValuesTheFileCannotHol
 
 TEST(UserDefaultsTest, AFailingSaveIsLoggedOnceAndKeepsTheValueInMemory) {
     SettingsFolder folder;
-    QFile blocker(folder.directory()); // a file where the directory belongs
-    ASSERT_TRUE(blocker.open(QIODevice::WriteOnly));
-    blocker.close();
+    lumetra::testing::writeFile(folder.directory(), {}); // a file where the directory belongs
     LogCapture log(logSettings());
     UserDefaults defaults(folder.file());
     SettingsStore store(defaults);
@@ -75,13 +73,13 @@ TEST(UserDefaultsTest, AFailingSaveIsLoggedOnceAndKeepsTheValueInMemory) {
                   folder.file() + "); keeping them in memory and trying again at the next change");
 }
 
-// A file that cannot be loaded is left alone in read-only mode; otherwise it is renamed,
-// byte for byte, and the defaults load; the next write starts a new file beside it.
+// A file that cannot be loaded (one that does not parse: which those are is
+// SettingsFileFormatTest's; one too large to be ours; a directory) is left alone in read-only
+// mode; otherwise it is renamed, byte for byte, and the defaults load; the next write starts a
+// new file beside it.
 TEST(UserDefaultsTest, AnUnusableFileIsMovedAsideUntouched) {
     for (const QByteArray& bytes :
          {QByteArray("{\"separator\": \"dot\", \"memoryFormat\": \"u"),
-          QByteArray("[\"separator\", \"dot\"]"), QByteArray("{\"separator\": \"\xff\xfe dot\"}"),
-          QByteArray("{\"separator\": \"dot\",}"), QByteArray(""),
           "{\"separator\": \"dot\", \"x\": \"" + QByteArray(5 << 20, 'x') + "\"}",
           QByteArray() /* a directory stands in its place */}) {
         SCOPED_TRACE(bytes.left(60).toStdString());

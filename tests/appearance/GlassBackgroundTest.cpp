@@ -1,5 +1,5 @@
-#include "appearance/AppearanceConfiguration.h"
 #include "appearance/GlassBackground.h"
+#include "appearance/AppearanceConfiguration.h"
 #include "dashboard/DashboardTheme.h"
 
 #include <QFont>
@@ -119,6 +119,29 @@ TEST(GlassContrast, TextStaysLegibleOverAnyDesktopWithoutBlur) {
             }
     // The secondary text's own density matters as much as the glass: at the usual 60 % it
     // stays near 3.3:1 even on an opaque light window, hence 84 %.
+}
+
+TEST(GlassBackgroundTest, LayersComeToOneColourAtTheBackgroundOpacity) {
+    AppearanceConfiguration glass = AppearanceConfiguration::preset(AppearanceMode::glass);
+    // With vibrancy the material's tint lies under the window colour.
+    ASSERT_TRUE(GlassBackground::materialTint(glass, false).has_value());
+    // Reduce transparency: no material, an opaque window-colour fill.
+    const AppearanceConfiguration opaque =
+        AppearanceConfiguration::resolve(AppearanceMode::glass, std::nullopt, true, false);
+    EXPECT_FALSE(GlassBackground::materialTint(opaque, true).has_value());
+    EXPECT_EQ(GlassBackground::compositeColor(opaque, true), GlassBackground::windowColor(true));
+    // Nothing but the overlay at half strength, drawn at half opacity: a quarter alpha.
+    AppearanceConfiguration thin = opaque;
+    thin.overlayOpacity = 0.5;
+    thin.backgroundOpacity = 0.5;
+    EXPECT_NEAR(GlassBackground::compositeColor(thin, false).alphaF(), 0.25, 0.01);
+    // `automatic` under glass is the HUD material.
+    AppearanceConfiguration hud = glass;
+    hud.material = VisualEffectMaterial::hud;
+    glass.material = VisualEffectMaterial::automatic;
+    EXPECT_EQ(GlassBackground::materialTint(glass, true), GlassBackground::materialTint(hud, true));
+    // Opaque drawing (no compositor) ends fully opaque.
+    EXPECT_EQ(GlassBackground::compositeColor(glass, false, true).alpha(), 255);
 }
 
 TEST(GlassContrast, BlurredGlassKeepsItsOwnTranslucency) {

@@ -88,9 +88,6 @@ TEST(DesktopColorSchemePortal, ReadsAtStartAndFollowsSettingChanged) {
     PrivateSessionBus bus;
     if (!bus.available())
         GTEST_SKIP() << "no dbus-daemon to run a private bus";
-    // QtDBus hands SettingChanged to a slot taking a QDBusVariant only once that type is
-    // registered: done here rather than left to whatever ran before in this process.
-    qRegisterMetaType<QDBusVariant>();
     FakeSettingsPortal portal(bus.connect(), 1);
     DesktopColorScheme scheme(bus.connect());
     QSignalSpy changed(&scheme, &DesktopColorScheme::preferenceChanged);

@@ -322,27 +322,6 @@ TEST_F(StatusItemControllerBus, WideIsTheLabelAtIconHeightSquareIsThreeSizes) {
     EXPECT_EQ(sizes, (QList<int>{16, 22, 24}));
 }
 
-TEST_F(StatusItemControllerBus, TrayIconStandsInWhileNoWatcherRuns) {
-    this->controller.reset(); // the one without a fallback
-    const auto fallback = make(Shape::square, true);
-    StatusItemController& controller = *fallback;
-    // No watcher at start: the tray icon at once, with the label as its tooltip.
-    ASSERT_NE(controller.trayIcon(), nullptr);
-    EXPECT_TRUE(controller.trayIcon()->isVisible());
-    EXPECT_EQ(controller.trayIcon()->toolTip(), controller.item()->label());
-    EXPECT_EQ(controller.trayIcon()->contextMenu()->actions().size(), 3);
-
-    // A panel with a watcher starts: the D-Bus item takes over.
-    auto watcher = std::make_unique<testing::FakeStatusNotifierWatcher>(bus.connect());
-    ASSERT_TRUE(waitFor([&] { return controller.item()->isRegistered(); }));
-    EXPECT_FALSE(controller.trayIcon()->isVisible());
-    EXPECT_EQ(watcher->registered, QStringList{StatusNotifierItem::objectPathName()});
-
-    // It quits and does not come back: the tray icon again, after the grace period.
-    watcher->quit();
-    ASSERT_TRUE(waitFor([&] { return controller.trayIcon()->isVisible(); }));
-}
-
 TEST_F(StatusItemControllerBus, UnderAppIndicatorAChangingLabelSendsNoNewIcon) {
     controller = make(Shape::symbolic);
     StatusNotifierItem& item = *controller->item();
@@ -378,39 +357,51 @@ TEST_F(StatusItemControllerBus, UnderAppIndicatorAChangingLabelSendsNoNewIcon) {
     EXPECT_EQ(item.iconPixmaps(), pixmaps);
 }
 
-// How the tray stands in, by what keeps the D-Bus item from being drawn, and steps back when
-// a host takes the item.
+// How the tray stands in, at once, by what keeps the D-Bus item from being drawn; it steps
+// back when a host takes the item, and comes back when the panel quits for good.
 TEST_F(StatusItemControllerBus, TrayFallbackSaysWhyOnceAndStepsBackWhenAHostTakesTheItem) {
     struct Case {
+        bool watcher;
         bool host;
         QString refusal;
         QString logged; // a part of the one line that says why
     };
-    for (const Case& c : {Case{true, "tray full", "tray full"}, Case{false, {}, "no host"},
-                          Case{false, "later", "no host"}}) {
+    for (const Case& c :
+         {Case{false, false, {}, "no StatusNotifierWatcher"},
+          Case{true, true, "tray full", "tray full"}, Case{true, false, {}, "no host"},
+          Case{true, false, "later", "no host"}}) {
         SCOPED_TRACE(c.logged.toStdString() + " " + c.refusal.toStdString());
         controller.reset();
-        testing::FakeStatusNotifierWatcher watcher(bus.connect(), {}, c.host);
-        watcher.refuseWith = c.refusal;
+        std::optional<testing::FakeStatusNotifierWatcher> watcher;
+        if (c.watcher)
+            watcher.emplace(bus.connect(), QStringList(), c.host);
+        if (watcher)
+            watcher->refuseWith = c.refusal;
         testing::LogCapture log(logUi());
         controller = make(Shape::square, true);
         ASSERT_TRUE(waitFor([&] {
             return controller->trayIcon() && controller->trayIcon()->isVisible();
         })) << "state "
             << int(controller->item()->state());
+        QSystemTrayIcon* tray = controller->trayIcon();
+        EXPECT_EQ(tray->toolTip(), controller->item()->label());
+        EXPECT_EQ(tray->contextMenu()->actions().size(), 3);
         // Retries go on meanwhile; the reason is said once.
         waitFor([] { return false; }, 150);
         QStringList why = log.lines().filter(QStringLiteral("falls back to the system tray"));
         ASSERT_EQ(why.size(), 1) << log.lines().join(u'\n').toStdString();
         EXPECT_TRUE(why.front().contains(c.logged)) << why.front().toStdString();
-        EXPECT_EQ(controller->trayIcon()->contextMenu()->actions().size(), 3);
 
-        watcher.refuseWith.clear();
+        if (!watcher)
+            watcher.emplace(bus.connect());
+        watcher->refuseWith.clear();
         if (!c.host)
-            watcher.setHost(true);
+            watcher->setHost(true);
         ASSERT_TRUE(waitFor(
             [&] { return controller->item()->state() == StatusNotifierState::registered; }));
-        EXPECT_FALSE(controller->trayIcon()->isVisible());
+        EXPECT_FALSE(tray->isVisible());
+        watcher.reset();
+        EXPECT_TRUE(waitFor([&] { return tray->isVisible(); }));
     }
 }
 

@@ -124,16 +124,18 @@ TEST(SettingsViewUpgradeTest, AnOrderFromTheFiveMetricVersionOffersTheLaterMetri
     EXPECT_TRUE(h.stored("enabledMetrics").toStringList().contains("swap"));
 }
 
-// Moving rows in the Order list (what a drag does) moves the metric in `metricOrder` only, and
-// the list shows the new order at once.
-TEST_F(SettingsViewTest, MovingRowsMovesTheMetricInTheOrderAndSavesIt) {
+// Moving rows in the Order list moves the metric in `metricOrder` only, saves it, and the list
+// shows the new order at once; the same for a drop as the list view hands it over when it does
+// not move rows itself (the dragged row's data dropped into a gap, -1 below the last row).
+TEST_F(SettingsViewTest, MovingOrDroppingRowsMovesTheMetricInTheOrderAndSavesIt) {
     auto* list = child<QListView>(view, "metricOrderList");
+    auto* model = view.findChild<MetricOrderModel*>();
     QSignalSpy enabledChanged(h.settings.get(), &SettingsStore::enabledMetricsChanged);
     const MenuBarMetricSet enabled = h.settings->enabledMetrics();
     const QList<M> initial = h.settings->metricOrder();
     struct Case {
         int from;
-        int to; // the row the block goes in front of, as the list view's drop passes it
+        int to; // the row the block goes in front of
         QStringList order;
     };
     for (const Case& c :
@@ -142,21 +144,35 @@ TEST_F(SettingsViewTest, MovingRowsMovesTheMetricInTheOrderAndSavesIt) {
           Case{1, 3, names("cpu temperature memory download upload swap diskRead diskWrite")},
           // Onto itself and just behind itself.
           Case{2, 2, kMetricOrderDefault}, Case{2, 3, kMetricOrderDefault}}) {
-        SCOPED_TRACE(std::to_string(c.from) + "->" + std::to_string(c.to));
-        h.settings->setMetricOrder(initial);
-        const bool moved = list->model()->moveRows({}, c.from, 1, {}, c.to);
-        EXPECT_EQ(moved, c.order != kMetricOrderDefault);
-        EXPECT_EQ(rawList(h.settings->metricOrder()), c.order);
-        if (moved) {
+        for (const bool drop : {false, true}) {
+            SCOPED_TRACE(std::to_string(c.from) + "->" + std::to_string(c.to) +
+                         (drop ? " dropped" : " moved"));
+            h.settings->setMetricOrder(initial);
+            if (drop) {
+                const int gap = c.to == model->rowCount() ? -1 : c.to;
+                std::unique_ptr<QMimeData> data(model->mimeData({model->index(c.from)}));
+                ASSERT_NE(data, nullptr);
+                EXPECT_TRUE(model->canDropMimeData(data.get(), Qt::MoveAction, gap, 0, {}));
+                EXPECT_TRUE(model->dropMimeData(data.get(), Qt::MoveAction, gap, 0, {}));
+                // What a move drag does to the source afterwards must not lose a metric.
+                EXPECT_FALSE(model->removeRows(0, 1));
+            } else {
+                EXPECT_EQ(list->model()->moveRows({}, c.from, 1, {}, c.to),
+                          c.order != kMetricOrderDefault);
+            }
+            EXPECT_EQ(rawList(h.settings->metricOrder()), c.order);
             EXPECT_EQ(h.stored("metricOrder").toStringList(), c.order);
+            QList<M> shown;
+            for (int row = 0; row < list->model()->rowCount(); ++row)
+                shown << M(list->model()->index(row, 0).data(MetricOrderModel::MetricRole).toInt());
+            EXPECT_EQ(rawList(shown), c.order);
         }
-        QList<M> shown;
-        for (int row = 0; row < list->model()->rowCount(); ++row)
-            shown << M(list->model()->index(row, 0).data(MetricOrderModel::MetricRole).toInt());
-        EXPECT_EQ(rawList(shown), c.order);
     }
     EXPECT_EQ(h.settings->enabledMetrics(), enabled);
     EXPECT_EQ(enabledChanged.count(), 0);
+    // Rows take no drops onto themselves, only the gaps between them.
+    EXPECT_FALSE(model->flags(model->index(0)) & Qt::ItemIsDropEnabled);
+    EXPECT_TRUE(model->flags({}) & Qt::ItemIsDropEnabled);
 }
 
 // Every pop-up and segmented picker writes its raw value to the store and the file, under
@@ -328,34 +344,6 @@ TEST_F(SettingsViewTest, SpaceFlipsAFocusedSwitch) {
     welcome->setFocus();
     QTest::keyClick(welcome, Qt::Key_Space);
     EXPECT_FALSE(h.settings->showWelcomeScreen());
-}
-
-// A drop as the list view hands it over when it does not move rows itself: the dragged row's
-// data dropped into a gap.
-TEST_F(SettingsViewTest, DroppedRowDataMovesTheMetricAndRemovesNothing) {
-    auto* model = view.findChild<MetricOrderModel*>();
-    struct Case {
-        int from;
-        int gap; // -1: below the last row
-        QStringList order;
-    };
-    const QStringList firstLast =
-        names("memory temperature download upload swap diskRead diskWrite cpu");
-    for (const Case& c : {Case{0, -1, firstLast}, Case{7, 0, kMetricOrderDefault},
-                          Case{1, 1, kMetricOrderDefault}}) {
-        std::unique_ptr<QMimeData> data(model->mimeData({model->index(c.from)}));
-        ASSERT_NE(data, nullptr);
-        EXPECT_TRUE(model->canDropMimeData(data.get(), Qt::MoveAction, c.gap, 0, {}));
-        EXPECT_TRUE(model->dropMimeData(data.get(), Qt::MoveAction, c.gap, 0, {}));
-        EXPECT_EQ(rawList(h.settings->metricOrder()), c.order) << c.from << "->" << c.gap;
-        EXPECT_EQ(h.stored("metricOrder").toStringList(), c.order);
-        // What a move drag does to the source afterwards must not lose a metric.
-        EXPECT_FALSE(model->removeRows(0, 1));
-        EXPECT_EQ(model->rowCount(), kMetricOrderDefault.size());
-    }
-    // Rows take no drops onto themselves, only the gaps between them.
-    EXPECT_FALSE(model->flags(model->index(0)) & Qt::ItemIsDropEnabled);
-    EXPECT_TRUE(model->flags({}) & Qt::ItemIsDropEnabled);
 }
 
 TEST_F(SettingsViewTest, AltArrowsMoveTheSelectedRowFromTheKeyboard) {

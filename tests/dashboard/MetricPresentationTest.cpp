@@ -16,12 +16,16 @@ TEST(MetricPresentationTest, TemperatureLevelMapsTwentyToHundredOntoTheScale) {
         EXPECT_DOUBLE_EQ(temperatureLevel(celsius), level) << celsius;
 }
 
-TEST(MetricPresentationTest, CpuAndMemoryCarryTheirLevelsAndHistories) {
+// CPU and memory carry their levels and histories; the network shows the download rate
+// without a level.
+TEST(MetricPresentationTest, CpuMemoryAndNetworkCarryTheirFigures) {
     SystemMetrics metrics;
     metrics.cpuUsage = 99.5;
     metrics.memoryUsed = 7ull << 30;
     metrics.memoryTotal = 16ull << 30;
     metrics.memoryPercentage = 43.75;
+    metrics.downloadBytesPerSecond = 1000;
+    metrics.uploadBytesPerSecond = 5'000'000;
     const MetricHistory history = lumetra::testing::history({1, 2, 3});
 
     const MetricPresentation cpu = cpuPresentation(metrics, history);
@@ -34,6 +38,11 @@ TEST(MetricPresentationTest, CpuAndMemoryCarryTheirLevelsAndHistories) {
     EXPECT_EQ(memory.valueText, QLatin1String("44%"));
     EXPECT_EQ(memory.detailText, memoryDetailText(7ull << 30, 16ull << 30));
     EXPECT_EQ(memory.detailText->count(QLatin1String(" / ")), 1);
+
+    const MetricPresentation network = networkPresentation(metrics);
+    EXPECT_EQ(network.valueText, QLatin1String("1.0 KB/s"));
+    EXPECT_FALSE(network.percentage);
+    EXPECT_FALSE(network.detailText);
 }
 
 // A reading, or the thermal state in its place; without a level every style draws the figure
@@ -65,16 +74,6 @@ TEST(MetricPresentationTest, TemperatureIsTheReadingOrTheThermalState) {
         EXPECT_TRUE(presentation.history.empty());
         EXPECT_EQ(levelColor(presentation.percentage) == LevelColor::secondary, !c.percentage);
     }
-}
-
-TEST(MetricPresentationTest, NetworkShowsTheDownloadRateWithoutLevel) {
-    SystemMetrics metrics;
-    metrics.downloadBytesPerSecond = 1000;
-    metrics.uploadBytesPerSecond = 5'000'000;
-    const MetricPresentation network = networkPresentation(metrics);
-    EXPECT_EQ(network.valueText, QLatin1String("1.0 KB/s"));
-    EXPECT_FALSE(network.percentage);
-    EXPECT_FALSE(network.detailText);
 }
 
 } // namespace

@@ -380,8 +380,9 @@ TEST_F(StatusItemControllerBus, TrayFallbackSaysWhyOnceAndStepsBackWhenAHostTake
         testing::LogCapture log(logUi());
         controller = make(Shape::square, true);
         // Without a watcher there is nothing to wait for: the tray icon at once.
-        if (!c.watcher)
+        if (!c.watcher) {
             ASSERT_TRUE(controller->trayIcon() && controller->trayIcon()->isVisible());
+        }
         ASSERT_TRUE(waitFor([&] {
             return controller->trayIcon() && controller->trayIcon()->isVisible();
         })) << "state "

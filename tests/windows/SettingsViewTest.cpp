@@ -207,7 +207,6 @@ TEST_F(SettingsViewTest, PickerChoiceIsStoredAndSaved) {
 
 TEST_F(SettingsViewTest, IntervalPickersReachTheRunningMonitor) {
     QTest::mouseClick(child<SegmentedPicker>(view, "updateInterval")->segment(3), Qt::LeftButton);
-    EXPECT_EQ(h.settings->updateInterval(), UpdateInterval::five);
     EXPECT_EQ(h.state().updateInterval(), UpdateInterval::five);
     // The store moving (a hand edit of the file, a reset) moves the picker.
     h.settings->setTemperatureInterval(TemperatureInterval::five);
@@ -262,8 +261,9 @@ TEST_F(SettingsViewTest, AppearanceModesAndTheCustomControls) {
     EXPECT_DOUBLE_EQ(h.state().effectiveAppearance().backgroundOpacity, 0.5);
 }
 
+// What the file holds after a reset is SettingsStoreTest's; here the button resets at once and
+// every control follows.
 TEST_F(SettingsViewTest, ResetActsAtOnceAndEveryControlJumpsBack) {
-    h.settings->setLaunchCount(7);
     child<QAbstractButton>(view, "showWelcomeScreen")->click();
     child<QAbstractButton>(view, "metric.download")->click();
     QTest::mouseClick(child<SegmentedPicker>(view, "updateInterval")->segment(3), Qt::LeftButton);
@@ -282,10 +282,6 @@ TEST_F(SettingsViewTest, ResetActsAtOnceAndEveryControlJumpsBack) {
     EXPECT_EQ(child<QComboBox>(view, "separator")->currentIndex(), 0);
     EXPECT_TRUE(child<QRadioButton>(view, "mode.glass")->isChecked());
     EXPECT_EQ(view.findChild<MetricOrderModel*>()->rowCount(), kMetricOrderDefault.size());
-    EXPECT_EQ(h.stored("separator"), "space");
-    EXPECT_EQ(h.stored("updateInterval"), 1.0);
-    EXPECT_EQ(h.stored("metricOrder").toStringList(), kMetricOrderDefault);
-    EXPECT_EQ(h.stored("launchCount"), 7);
 }
 
 TEST_F(SettingsViewTest, UpdateButtonChecksForUpdates) {

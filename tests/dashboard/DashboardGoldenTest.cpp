@@ -88,16 +88,53 @@ DashboardState idleMachine() {
     return state;
 }
 
-// A card style and whether the theme is dark.
-using GoldenCase = std::tuple<MetricCardStyle, bool>;
-
-std::string caseName(const GoldenCase& golden) {
-    return std::string(rawValue(std::get<0>(golden))) + (std::get<1>(golden) ? "_dark" : "_light");
+// The dashboard with its Top section as an open popover shows it (the README's pictures are
+// copies of these): applications with several processes, a long name cut, every figure
+// right-aligned in its column.
+TopApplications topOfADesktop() {
+    auto group = [](const char* name, const char* appId, int processes, double cpu,
+                    std::uint64_t resident) {
+        TopApplication app;
+        app.name = QLatin1String(name);
+        app.appId = QLatin1String(appId);
+        for (int i = 0; i < processes; ++i)
+            app.processes.append({1000 + i, 1});
+        app.cpuPercent = cpu;
+        app.residentBytes = resident;
+        app.ownedByUser = true;
+        return app;
+    };
+    TopApplications top;
+    top.cpuValid = true;
+    top.groups = {group("Firefox", "firefox", 3, 38.2, 1'900'000'000),
+                  group("gnome-shell", "", 1, 12.4, 310'000'000),
+                  group("Text Editor", "org.gnome.TextEditor", 1, 6.1, 120'000'000),
+                  group("Terminal", "org.gnome.Terminal", 2, 3.0, 80'000'000),
+                  group("gnome-shell-calendar-server", "", 1, 1.2, 30'000'000)};
+    return top;
 }
 
-QString goldenPath(const GoldenCase& golden) {
-    return QStringLiteral(LUMETRA_FIXTURES_DIR "/../dashboard/golden/%1.png")
-        .arg(QString::fromStdString(caseName(golden)));
+// A card style, whether the theme is dark, and whether the busy machine's Top section shows.
+struct GoldenCase {
+    MetricCardStyle style;
+    bool dark;
+    bool top;
+};
+
+std::string caseName(const GoldenCase& golden) {
+    return std::string(golden.top ? "top_" : "") + std::string(rawValue(golden.style)) +
+           (golden.dark ? "_dark" : "_light");
+}
+
+// Every style in both themes, the idle machine in the dark, and two with the Top section.
+std::vector<GoldenCase> goldenCases() {
+    std::vector<GoldenCase> cases;
+    for (const MetricCardStyle style : allCases<MetricCardStyle>())
+        for (const bool dark : {false, true})
+            cases.push_back({style, dark, false});
+    cases.push_back({MetricCardStyle::classic, false, true});
+    cases.push_back({MetricCardStyle::compactRow, true, true});
+    return cases;
 }
 
 // A pixel counts as different when a channel is off by more than this: font rasterisers
@@ -143,83 +180,37 @@ class DashboardGolden : public ::testing::TestWithParam<GoldenCase> {};
 
 TEST_P(DashboardGolden, MatchesReferenceImage) {
     const GoldenCase golden = GetParam();
-    const auto [style, dark] = golden;
     DashboardIcons::setThemeIconsEnabled(false);
     testing::LoadedStore settings;
-    settings.store.setMetricCardStyle(style);
-    SystemMonitor monitor({}, 1, 1);
-    DashboardView view(monitor, settings.store);
-    view.setFixedLook(QStringLiteral("DejaVu Sans"));
-    view.setDark(dark);
-    view.setFixedState(dark ? idleMachine() : busyMachine());
-
-    expectMatchesGolden(DashboardPicture::render(view, AppearanceConfiguration(), 1.0),
-                        goldenPath(golden));
-}
-
-INSTANTIATE_TEST_SUITE_P(StylesAndThemes, DashboardGolden,
-                         ::testing::Combine(::testing::ValuesIn(allCases<MetricCardStyle>()),
-                                            ::testing::Bool()),
-                         [](const auto& info) { return caseName(info.param); });
-
-// The dashboard with its Top section as an open popover shows it (the README's pictures are
-// copies of these): applications with several processes, a long name cut, every figure
-// right-aligned in its column.
-TopApplications topOfADesktop() {
-    auto group = [](const char* name, const char* appId, int processes, double cpu,
-                    std::uint64_t resident) {
-        TopApplication app;
-        app.name = QLatin1String(name);
-        app.appId = QLatin1String(appId);
-        for (int i = 0; i < processes; ++i)
-            app.processes.append({1000 + i, 1});
-        app.cpuPercent = cpu;
-        app.residentBytes = resident;
-        app.ownedByUser = true;
-        return app;
-    };
-    TopApplications top;
-    top.cpuValid = true;
-    top.groups = {group("Firefox", "firefox", 3, 38.2, 1'900'000'000),
-                  group("gnome-shell", "", 1, 12.4, 310'000'000),
-                  group("Text Editor", "org.gnome.TextEditor", 1, 6.1, 120'000'000),
-                  group("Terminal", "org.gnome.Terminal", 2, 3.0, 80'000'000),
-                  group("gnome-shell-calendar-server", "", 1, 1.2, 30'000'000)};
-    return top;
-}
-
-class DashboardTopGolden : public ::testing::TestWithParam<GoldenCase> {};
-
-TEST_P(DashboardTopGolden, MatchesReferenceImage) {
-    const GoldenCase golden = GetParam();
-    const auto [style, dark] = golden;
-    DashboardIcons::setThemeIconsEnabled(false);
-    testing::LoadedStore settings;
-    settings.store.setMetricCardStyle(style);
+    settings.store.setMetricCardStyle(golden.style);
     SystemMonitor monitor({}, 1, 1);
     QThread thread;
-    thread.start();
-    const std::string tree = lumetra::testing::fixtureRoot("processes/gnome");
-    TopApplicationsMonitor top(
-        std::make_shared<ProcessTable>(KernelRoots(tree), DesktopEntries({tree + "/usr/share"})),
-        &thread, 60);
+    std::unique_ptr<TopApplicationsMonitor> top;
+    if (golden.top) {
+        thread.start();
+        const std::string tree = lumetra::testing::fixtureRoot("processes/gnome");
+        top = std::make_unique<TopApplicationsMonitor>(
+            std::make_shared<ProcessTable>(KernelRoots(tree),
+                                           DesktopEntries({tree + "/usr/share"})),
+            &thread, 60);
+    }
     {
-        DashboardView view(monitor, settings.store, nullptr, &top);
+        DashboardView view(monitor, settings.store, nullptr, top.get());
         view.setFixedLook(QStringLiteral("DejaVu Sans"));
-        view.setDark(dark);
-        view.setFixedState(busyMachine());
-        view.topApplicationsSection()->setFixedTopApplications(topOfADesktop());
+        view.setDark(golden.dark);
+        view.setFixedState(golden.dark && !golden.top ? idleMachine() : busyMachine());
+        if (top)
+            view.topApplicationsSection()->setFixedTopApplications(topOfADesktop());
         expectMatchesGolden(DashboardPicture::render(view, AppearanceConfiguration(), 1.0),
-                            QStringLiteral(LUMETRA_FIXTURES_DIR "/../dashboard/golden/top_%1.png")
+                            QStringLiteral(LUMETRA_FIXTURES_DIR "/../dashboard/golden/%1.png")
                                 .arg(QString::fromStdString(caseName(golden))));
     }
+    top.reset();
     thread.quit();
     thread.wait();
 }
 
-INSTANTIATE_TEST_SUITE_P(README, DashboardTopGolden,
-                         ::testing::Values(GoldenCase{MetricCardStyle::classic, false},
-                                           GoldenCase{MetricCardStyle::compactRow, true}),
+INSTANTIATE_TEST_SUITE_P(StylesAndThemes, DashboardGolden, ::testing::ValuesIn(goldenCases()),
                          [](const auto& info) { return caseName(info.param); });
 
 } // namespace

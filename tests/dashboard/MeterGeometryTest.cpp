@@ -45,48 +45,37 @@ TEST(MetricGridTest, TileHuesFollowThePosition) {
     EXPECT_EQ(meter::gridTileColor(6), meter::gridTileColor(0));
 }
 
-struct DiskCase {
-    const char* name;
-    std::int64_t total;
-    std::int64_t available;
-    std::uint64_t used;
-    std::optional<double> share;
-    const char* percent;
-    double fill;
-    LevelColor color;
-};
-
-class DiskVolumeUsageTest : public ::testing::TestWithParam<DiskCase> {};
-
-TEST_P(DiskVolumeUsageTest, ShareBarAndColour) {
-    const DiskCase& c = GetParam();
-    DiskVolume volume;
-    volume.totalCapacity = c.total;
-    volume.availableCapacity = c.available;
-    const DiskVolumeUsage usage = DiskVolumeUsage::of(volume);
-    EXPECT_EQ(usage.usedBytes, c.used);
-    EXPECT_EQ(usage.share.has_value(), c.share.has_value());
-    if (c.share) {
-        EXPECT_DOUBLE_EQ(*usage.share, *c.share);
+TEST(DiskVolumeUsageTest, ShareBarAndColour) {
+    struct Case {
+        std::int64_t total;
+        std::int64_t available;
+        std::uint64_t used;
+        std::optional<double> share;
+        const char* percent;
+        double fill;
+        LevelColor color;
+    };
+    for (const Case& c : {Case{1000, 500, 500, 50.0, "50%", 0.5, LevelColor::accent},
+                          Case{1000, 250, 750, 75.0, "75%", 0.75, LevelColor::orange},
+                          Case{1000, 100, 900, 90.0, "90%", 0.9, LevelColor::red},
+                          Case{1000, 0, 1000, 100.0, "100%", 1.0, LevelColor::red},
+                          Case{1000, 1000, 0, 0.0, "0%", 0.0, LevelColor::accent},
+                          // More free than there is: nothing used, an empty bar.
+                          Case{1000, 4000, 0, 0.0, "0%", 0.0, LevelColor::accent},
+                          // No size at all: no share, 0 %, an empty accent bar.
+                          Case{0, 0, 0, std::nullopt, "0%", 0.0, LevelColor::accent}}) {
+        SCOPED_TRACE(std::to_string(c.total) + " " + std::to_string(c.available));
+        DiskVolume volume;
+        volume.totalCapacity = c.total;
+        volume.availableCapacity = c.available;
+        const DiskVolumeUsage usage = DiskVolumeUsage::of(volume);
+        EXPECT_EQ(usage.usedBytes, c.used);
+        EXPECT_EQ(usage.share, c.share);
+        EXPECT_EQ(usage.percentText(), QLatin1String(c.percent));
+        EXPECT_DOUBLE_EQ(usage.fillFraction(), c.fill);
+        EXPECT_EQ(usage.fillColor(), c.color);
     }
-    EXPECT_EQ(usage.percentText(), QLatin1String(c.percent));
-    EXPECT_DOUBLE_EQ(usage.fillFraction(), c.fill);
-    EXPECT_EQ(usage.fillColor(), c.color);
 }
-
-INSTANTIATE_TEST_SUITE_P(
-    Cases, DiskVolumeUsageTest,
-    ::testing::Values(DiskCase{"half", 1000, 500, 500, 50.0, "50%", 0.5, LevelColor::accent},
-                      DiskCase{"orange", 1000, 250, 750, 75.0, "75%", 0.75, LevelColor::orange},
-                      DiskCase{"red", 1000, 100, 900, 90.0, "90%", 0.9, LevelColor::red},
-                      DiskCase{"full", 1000, 0, 1000, 100.0, "100%", 1.0, LevelColor::red},
-                      DiskCase{"empty", 1000, 1000, 0, 0.0, "0%", 0.0, LevelColor::accent},
-                      // More free than there is: nothing used, an empty bar.
-                      DiskCase{"availableExceedsTotal", 1000, 4000, 0, 0.0, "0%", 0.0,
-                               LevelColor::accent},
-                      // No size at all: no share, 0 %, an empty accent bar.
-                      DiskCase{"zeroTotal", 0, 0, 0, std::nullopt, "0%", 0.0, LevelColor::accent}),
-    [](const auto& info) { return std::string(info.param.name); });
 
 TEST(FigureSourcesTest, TemperatureSensorsGroupedByChip) {
     const struct {

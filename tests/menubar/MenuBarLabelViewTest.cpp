@@ -21,8 +21,6 @@ namespace {
 
 using lumetra::testing::history;
 
-const MetricHistory kNoHistory;
-
 SystemMetrics sample(double cpu) {
     SystemMetrics metrics;
     metrics.cpuUsage = cpu;
@@ -40,6 +38,12 @@ LabelSettings settingsFor(S style, const QList<M>& metrics = kAllMetrics) {
     LabelSettings settings{metrics};
     settings.style = style;
     return settings;
+}
+
+// Histories with a CPU and a memory graph.
+MetricHistories histories(MetricHistory cpu = MetricHistory(),
+                          MetricHistory memory = MetricHistory()) {
+    return {std::move(cpu), std::move(memory), MetricHistory()};
 }
 
 // Runs as "text/colour" joined by "|".
@@ -76,8 +80,7 @@ TEST(RichLabelRunsTest, MarkThenGraphOrBarThenValue) {
 // The painted row must read exactly like the text form of the chips the panels show.
 TEST(RichLabelRunsTest, RowReadsLikeTheChipTexts) {
     const QList<MenuBarChipContent> row =
-        chips(sample(14), MetricHistories{history({10, 60}), history({82}), MetricHistory()},
-              settingsFor(S::iconAndText));
+        chips(sample(14), histories(history({10, 60}), history({82})), settingsFor(S::iconAndText));
     for (S style : {S::iconAndText, S::compactGraph, S::miniBar}) {
         QString joined, expected;
         for (const LabelRun& run : richLabelRuns(row, style, MenuBarSeparator::bullet))
@@ -93,18 +96,15 @@ TEST(RichLabelRunsTest, RowReadsLikeTheChipTexts) {
 TEST(MenuBarLabelViewTest, SwitchesBetweenTextAndChipsWithTheStyle) {
     MenuBarLabelView view;
     const SystemMetrics metrics = sample(14);
-    view.setContent(metrics, MetricHistories{kNoHistory, kNoHistory, MetricHistory()},
-                    settingsFor(S::textOnly));
+    view.setContent(metrics, histories(), settingsFor(S::textOnly));
     EXPECT_FALSE(view.showsChips());
     EXPECT_EQ(view.text(), labelText(metrics, settingsFor(S::textOnly)));
 
-    view.setContent(metrics, MetricHistories{kNoHistory, kNoHistory, MetricHistory()},
-                    settingsFor(S::miniBar, {M::cpu}));
+    view.setContent(metrics, histories(), settingsFor(S::miniBar, {M::cpu}));
     EXPECT_TRUE(view.showsChips());
     EXPECT_EQ(view.richLabel().runs().size(), 4);
 
-    view.setContent(metrics, MetricHistories{kNoHistory, kNoHistory, MetricHistory()},
-                    settingsFor(S::textOnly, {M::cpu}));
+    view.setContent(metrics, histories(), settingsFor(S::textOnly, {M::cpu}));
     EXPECT_FALSE(view.showsChips());
     EXPECT_EQ(view.text(), QStringLiteral("CPU 14%"));
 }
@@ -114,11 +114,9 @@ TEST(MenuBarLabelViewTest, WidthStaysWhenTheDigitsChange) {
     EXPECT_TRUE(hasTabularDigits(labelFont()));
     for (S style : {S::textOnly, S::iconAndText, S::compactGraph, S::miniBar}) {
         MenuBarLabelView view;
-        view.setContent(sample(10), MetricHistories{history({10}), history({82}), MetricHistory()},
-                        settingsFor(style));
+        view.setContent(sample(10), histories(history({10}), history({82})), settingsFor(style));
         const int width = view.sizeHint().width();
-        view.setContent(sample(88), MetricHistories{history({88}), history({82}), MetricHistory()},
-                        settingsFor(style));
+        view.setContent(sample(88), histories(history({88}), history({82})), settingsFor(style));
         EXPECT_EQ(view.sizeHint().width(), width) << rawValue(style);
         EXPECT_GT(width, 100) << rawValue(style);
     }
@@ -140,8 +138,7 @@ TEST(MenuBarLabelViewTest, EqualContentRequestsNoRepaint) {
     const_cast<MenuBarRichLabel&>(view.richLabel()).installEventFilter(&counter);
     QSignalSpy changed(&view, &MenuBarLabelView::contentChanged);
     const auto show = [&](double cpu) {
-        view.setContent(sample(cpu), MetricHistories{history({14}), kNoHistory, MetricHistory()},
-                        settingsFor(S::compactGraph));
+        view.setContent(sample(cpu), histories(history({14})), settingsFor(S::compactGraph));
         QCoreApplication::processEvents();
     };
     view.show();

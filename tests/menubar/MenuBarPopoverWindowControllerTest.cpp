@@ -48,14 +48,9 @@ TEST(PopoverWindowKind, TellsAWindowMovedByTheCompositorFromOneMovedByUs) {
           Case{{{1000, 400}, {1000, 300}}, {1000, 350}, false},
           // sway's centring of a 280 × 761 window on a 1280 × 800 screen.
           Case{{{1000, 32}}, {500, 34}, false}, Case{{{0, 32}}, {500, 84}, false},
-          Case{{}, {0, 0}, false}}) {
-        QStringList asked;
-        for (const QPoint& point : c.asked)
-            asked << QStringLiteral("%1,%2").arg(point.x()).arg(point.y());
+          Case{{}, {0, 0}, false}})
         EXPECT_EQ(MenuBarPopoverWindowController::placedAsAsked(c.asked, c.got), c.asAsked)
-            << asked.join(QLatin1Char(' ')).toStdString() << " -> " << c.got.x() << ","
-            << c.got.y();
-    }
+            << c.asked.size() << " asked, got " << c.got.x() << "," << c.got.y();
 }
 
 } // namespace

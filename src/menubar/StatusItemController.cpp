@@ -97,8 +97,13 @@ StatusItemController::IconShape StatusItemController::iconShapeFor(const QString
 }
 
 StatusItemController::IconShape StatusItemController::iconShapeFromEnvironment() {
-    return iconShapeFor(qEnvironmentVariable("XDG_CURRENT_DESKTOP"),
-                        qEnvironmentVariable("LUMETRA_PANEL_ICON"));
+    const QString override = qEnvironmentVariable("LUMETRA_PANEL_ICON").trimmed();
+    static const QStringList known{QStringLiteral("wide"), QStringLiteral("square"),
+                                   QStringLiteral("symbolic")};
+    if (!override.isEmpty() && !known.contains(override, Qt::CaseInsensitive))
+        qCWarning(logUi).noquote() << "LUMETRA_PANEL_ICON=" + override
+                                   << "is not wide, square or symbolic; the desktop decides";
+    return iconShapeFor(qEnvironmentVariable("XDG_CURRENT_DESKTOP"), override);
 }
 
 QString StatusItemController::labelGuide(const LabelSettings& settings,

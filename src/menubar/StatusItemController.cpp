@@ -22,6 +22,8 @@
 #include <QSystemTrayIcon>
 
 #include <algorithm>
+#include <optional>
+#include <utility>
 
 namespace lumetra {
 
@@ -70,14 +72,25 @@ StatusItemController::StatusItemController(SystemMonitor& monitor, SettingsStore
 
 StatusItemController::~StatusItemController() = default;
 
+namespace {
+
+// The shape LUMETRA_PANEL_ICON names, if it names one.
+std::optional<StatusItemController::IconShape> shapeNamed(const QString& name) {
+    using Shape = StatusItemController::IconShape;
+    for (const auto& [shapeName, shape] :
+         {std::pair{"wide", Shape::wide}, std::pair{"square", Shape::square},
+          std::pair{"symbolic", Shape::symbolic}})
+        if (name.trimmed().compare(QLatin1String(shapeName), Qt::CaseInsensitive) == 0)
+            return shape;
+    return std::nullopt;
+}
+
+} // namespace
+
 StatusItemController::IconShape StatusItemController::iconShapeFor(const QString& currentDesktop,
                                                                    const QString& override) {
-    if (override.compare(QLatin1String("wide"), Qt::CaseInsensitive) == 0)
-        return IconShape::wide;
-    if (override.compare(QLatin1String("square"), Qt::CaseInsensitive) == 0)
-        return IconShape::square;
-    if (override.compare(QLatin1String("symbolic"), Qt::CaseInsensitive) == 0)
-        return IconShape::symbolic;
+    if (const std::optional<IconShape> named = shapeNamed(override))
+        return *named;
     // wlroots compositors, where waybar is the usual bar and draws icons at their width.
     static const QStringList wideDesktops{QStringLiteral("sway"),  QStringLiteral("hyprland"),
                                           QStringLiteral("river"), QStringLiteral("wayfire"),
@@ -98,9 +111,7 @@ StatusItemController::IconShape StatusItemController::iconShapeFor(const QString
 
 StatusItemController::IconShape StatusItemController::iconShapeFromEnvironment() {
     const QString override = qEnvironmentVariable("LUMETRA_PANEL_ICON").trimmed();
-    static const QStringList known{QStringLiteral("wide"), QStringLiteral("square"),
-                                   QStringLiteral("symbolic")};
-    if (!override.isEmpty() && !known.contains(override, Qt::CaseInsensitive))
+    if (!override.isEmpty() && !shapeNamed(override))
         qCWarning(logUi).noquote() << "LUMETRA_PANEL_ICON=" + override
                                    << "is not wide, square or symbolic; the desktop decides";
     return iconShapeFor(qEnvironmentVariable("XDG_CURRENT_DESKTOP"), override);
